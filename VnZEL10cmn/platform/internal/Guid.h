@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace VnZEL10cmn::platform {
+
+/// What the operating system answers when asked for a new UUID.
+struct NewUuid {
+  std::int32_t status = 0;               ///< 0 success; 1739 no network address to make one from
+  std::array<std::uint8_t, 16> bytes{};  ///< the UUID, its text in byte order
+};
+
+/// Status of a system without a network address to make a UUID from.
+inline constexpr std::int32_t kNoNetworkAddress = 1739;
+
+/// Asks the operating system for a new UUID.
+NewUuid CreateUuid();
+
+/// The 36-character upper-case text of a new UUID; empty when the system had no address. Other states are
+/// accepted.
+std::string GuidText(const NewUuid& uuid);
+
+/// A new GUID as text.
+inline std::string CreateGuid() { return GuidText(CreateUuid()); }
+
+}  // namespace VnZEL10cmn::platform

@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+#include "VnZEL10cmn/types/internal/Decimal.h"
+#include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn::internal {
+
+namespace {
+
+constexpr int kMaxDigits = 28;
+constexpr int kMaxScale = 28;
+
+std::uint64_t Magnitude(std::int64_t value) {
+  return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
+}
+
+[[noreturn]] void ThrowOverflow() { throw std::overflow_error("decimal overflow"); }
+
+[[noreturn]] void ThrowNoNumber() { throw std::invalid_argument("not a number"); }
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool TakePrefix(std::string_view& text, std::string_view prefix) {
+  if (prefix.empty() || !text.starts_with(prefix)) {
+    return false;
+  }
+  text.remove_prefix(prefix.size());
+  return true;
+}
+
+bool TakeSign(std::string_view& text) {
+  if (TakePrefix(text, "-")) {
+    return true;
+  }
+  TakePrefix(text, "+");
+  return false;
+}
+
+/// The number behind "E"; beyond any meaning it stays at the limit.
+std::int64_t TakeExponent(std::string_view& text) {
+  const bool negative = TakeSign(text);
+  if (text.empty() || !IsDigit(text[0])) {
+    ThrowNoNumber();
+  }
+  constexpr std::int64_t limit = 1000000;
+  std::int64_t exponent = 0;
+  for (; !text.empty() && IsDigit(text[0]); text.remove_prefix(1)) {
+    exponent = std::min(limit, exponent * 10 + (text[0] - '0'));
+  }
+  return negative ? -exponent : exponent;
+}
+
+}  // namespace
+
+Uint128 PowerOfTen(int exponent) noexcept {
+  Uint128 power = 1;
+  for (int i = 0; i < exponent; ++i) {
+    power *= 10;
+  }
+  return power;
+}
+
+Currency CurrencyFromMagnitude(bool negative, Uint128 scaled) {
+  const Uint128 limit = static_cast<Uint128>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1 : 0);
+  if (scaled > limit) {
+    throw std::overflow_error("currency overflow");
+  }
+  const auto bits = static_cast<std::uint64_t>(scaled);
+  return Currency::FromScaled(static_cast<std::int64_t>(negative ? ~bits + 1 : bits));
+}
+
+Decimal::Decimal(Currency value) noexcept
+    : negative_(value.Scaled() < 0), scale_(4), magnitude_(Magnitude(value.Scaled())) {}
+
+Decimal::Decimal(std::int64_t value) noexcept : negative_(value < 0), magnitude_(Magnitude(value)) {}
+
+Decimal::Decimal(double value) {
+  if (!std::isfinite(value)) {
+    ThrowOverflow();
+  }
+  std::array<char, 32> buffer{};
+  const auto end =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value), std::chars_format::scientific, 14)
+          .ptr;
+  const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
+  // d.dddddddddddddde+xx
+  std::string digits(text.substr(0, 1));
+  digits.append(text.substr(2, 14));
+  std::string_view rest = text.substr(17);
+  negative_ = value < 0;
+  Assign(digits, TakeExponent(rest) - 14);
+}
+
+Decimal::Decimal(std::string_view text) {
+  const RegionalSettings settings = CurrentRegionalSettings();
+  std::string_view rest = Trim(text);
+  negative_ = TakeSign(rest);
+  std::string digits;
+  std::int64_t exponent = 0;
+  bool inDecimals = false;
+  while (!rest.empty()) {
+    if (IsDigit(rest[0])) {
+      digits.push_back(rest[0]);
+      exponent -= inDecimals ? 1 : 0;
+      rest.remove_prefix(1);
+    } else if (!inDecimals && TakePrefix(rest, settings.decimal)) {
+      inDecimals = true;
+    } else if (inDecimals || digits.empty() || !TakePrefix(rest, settings.thousands)) {
+      break;
+    }
+  }
+  if (digits.empty()) {
+    ThrowNoNumber();
+  }
+  if (TakePrefix(rest, "E") || TakePrefix(rest, "e")) {
+    exponent += TakeExponent(rest);
+  }
+  if (!rest.empty()) {
+    ThrowNoNumber();
+  }
+  Assign(digits, exponent);
+}
+
+void Decimal::Assign(std::string_view digits, std::int64_t exponent) {
+  const std::size_t first = digits.find_first_not_of('0');
+  if (first == std::string_view::npos) {
+    return;
+  }
+  digits.remove_prefix(first);
+  // Digits that are kept: at most 28, and none behind the 28th decimal.
+  const auto count = static_cast<std::int64_t>(digits.size());
+  const std::int64_t kept = std::min({count, std::int64_t{kMaxDigits}, count + exponent + kMaxScale});
+  if (kept < 0) {
+    return;
+  }
+  for (const char digit : digits.substr(0, static_cast<std::size_t>(kept))) {
+    magnitude_ = magnitude_ * 10 + static_cast<unsigned>(digit - '0');
+  }
+  if (kept < count && digits[static_cast<std::size_t>(kept)] >= '5') {
+    ++magnitude_;
+  }
+  exponent += count - kept;
+  if (exponent > 0) {
+    if (kept + exponent > kMaxDigits) {
+      ThrowOverflow();
+    }
+    magnitude_ *= PowerOfTen(static_cast<int>(exponent));
+    exponent = 0;
+  }
+  scale_ = static_cast<int>(-exponent);
+}
+
+Currency Decimal::RoundedAway(int decimals) const {
+  // Rounding to `decimals` places, then written with four.
+  const Uint128 unit = PowerOfTen(scale_);
+  const Uint128 shifted = magnitude_ * PowerOfTen(decimals);
+  const Uint128 rounded = shifted / unit + (shifted % unit * 2 >= unit && unit > 1 ? 1 : 0);
+  constexpr Uint128 limit = static_cast<Uint128>(1) << 96;
+  if (rounded > limit) {
+    ThrowOverflow();
+  }
+  return CurrencyFromMagnitude(negative_, rounded * PowerOfTen(4 - decimals));
+}
+
+Currency Decimal::RoundedEven() const {
+  if (scale_ <= 4) {
+    constexpr Uint128 limit = static_cast<Uint128>(1) << 96;
+    if (magnitude_ > limit) {
+      ThrowOverflow();
+    }
+    return CurrencyFromMagnitude(negative_, magnitude_ * PowerOfTen(4 - scale_));
+  }
+  const Uint128 unit = PowerOfTen(scale_ - 4);
+  const Uint128 whole = magnitude_ / unit;
+  const Uint128 twice = magnitude_ % unit * 2;
+  const bool up = twice > unit || (twice == unit && whole % 2 == 1);
+  return CurrencyFromMagnitude(negative_, whole + (up ? 1 : 0));
+}
+
+}  // namespace VnZEL10cmn::internal

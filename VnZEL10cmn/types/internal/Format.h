@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "VnZEL10cmn/platform/internal/RegionalSettings.h"
+#include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/Date.h"
+
+namespace VnZEL10cmn::internal {
+
+using platform::CurrentRegionalSettings;
+using platform::RegionalSettings;
+
+/// How a number is shown: at least one digit before the decimal separator, decimals between the two limits,
+/// rounded half away from zero, in groups of three or not.
+struct NumberPattern {
+  int minDecimals;
+  int maxDecimals;
+  bool grouped;
+};
+
+inline constexpr NumberPattern kWhole{0, 0, false};        ///< "#0"
+inline constexpr NumberPattern kOneDecimal{1, 1, false};   ///< "#0.0"
+inline constexpr NumberPattern kTwoDecimals{2, 2, false};  ///< "#0.00"
+inline constexpr NumberPattern kAmount{2, 2, true};        ///< "#,##0.00"
+inline constexpr NumberPattern kQuantity{0, 4, false};     ///< "#0.####" without a bare separator at the end
+
+/// A number with these characters.
+std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view decimalSeparator,
+                         std::string_view thousandsSeparator = {});
+
+/// A number with the host's characters.
+std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSettings& settings);
+
+/// The hundredfold, rounded half away from zero to a whole number, in decimal: the digits of an amount in cents.
+std::string FormatHundredfold(Currency value);
+
+/// "31.12.2026 08:05:09" with the host's characters.
+std::string FormatDateTime(Date value, const RegionalSettings& settings);
+
+/// The same without seconds.
+std::string FormatDateMinutes(Date value, const RegionalSettings& settings);
+
+/// "20261231"
+std::string FormatDigitsDate(const Date::Civil& parts);
+
+/// "202612"
+std::string FormatDigitsMonth(const Date::Civil& parts);
+
+/// "0805"
+std::string FormatDigitsTime(const Date::Civil& parts);
+
+}  // namespace VnZEL10cmn::internal
