@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace VnZEL10cmn {
+
+/// What a log file can write. A host may implement it for entries of its own.
+class IVnLogItem {
+ public:
+  virtual ~IVnLogItem() = default;
+
+  /// The complete entry, its lines separated by CR LF; empty when there is nothing to write.
+  virtual std::string GetLogEntry() = 0;
+};
+
+}  // namespace VnZEL10cmn

@@ -1,0 +1,100 @@
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "VnZEL10cmn/errors/ZELErrorCodes.h"
+#include "VnZEL10cmn/errors/clsVnError.h"
+
+namespace VnZEL10cmn {
+
+class clsVnLogFile;
+
+/// What every class of the library has in common: the error object, the log handler, and the course of a
+/// public operation. Operations never throw what went wrong inside them: they return False (or an empty
+/// text) and leave number, message and function in `ErrorObject`, and in the log file when one is attached.
+///
+/// Objects have identity: they are neither copied nor moved. One thread at a time uses an object; different
+/// objects may be used by different threads at once.
+class VnObject {
+ public:
+  VnObject(const VnObject&) = delete;
+  VnObject& operator=(const VnObject&) = delete;
+
+  /// The object's own error object; it lives as long as the object.
+  clsVnError& ErrorObject();
+
+  /// The log file to which failures are written; may be none.
+  std::shared_ptr<clsVnLogFile> LogHandler() const;
+  /// Attaches a log file, or none.
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+
+  /// Whether the last operation left an error.
+  bool HasError() const noexcept;
+
+ protected:
+  /// Whether a failed operation writes its error to the log.
+  enum class Logging { Failures, Nothing };
+
+  /// `className` is a literal: the class's published name.
+  explicit VnObject(std::string_view className) noexcept;
+  virtual ~VnObject();
+
+  /// The instance ID under which the object's errors are filed, asked for once; a new one unless a class
+  /// has an identity of its own.
+  virtual std::string IdentityForErrors();
+
+  /// Runs a public operation: clears the error, runs the body, files what the body did not foresee under the
+  /// operation's name and writes an error to the log. The result is the body's, or False after a fault.
+  template <class Body>
+  bool Run(std::string_view operation, Body&& body, Logging logging = Logging::Failures) {
+    return RunFor<bool>(operation, std::forward<Body>(body), logging);
+  }
+
+  /// Run for an operation that returns something else: a text, a currency, an object. The result after a
+  /// fault is an empty one.
+  template <class Result, class Body>
+  Result RunFor(std::string_view operation, Body&& body, Logging logging = Logging::Failures) {
+    ClearErr();
+    ++depth_;
+    Result result{};
+    try {
+      result = std::forward<Body>(body)();
+    } catch (...) {
+      FileFault(operation, std::current_exception());
+    }
+    // What an operation met while another one of the same object ran it is logged at that one's exit.
+    if (--depth_ == 0 && logging == Logging::Failures) {
+      LogError();
+    }
+    return result;
+  }
+
+  /// Files a failure that the library raises itself. Always False.
+  bool Fail(ZELErrorCodes number, std::string_view message, std::string_view function);
+
+  /// Files a failure that another object reported: its number and user-defined mark, this message. Always
+  /// False.
+  bool FailAs(clsVnError& inner, std::string_view message, std::string_view function);
+
+  /// Resets the failure part of the error object.
+  void ClearErr();
+
+  /// Writes the error object to the log file when both are there and an error is held; what fails there is
+  /// nobody's concern here.
+  void LogError() noexcept;
+
+ private:
+  void FileFault(std::string_view operation, const std::exception_ptr& fault) noexcept;
+
+  std::string_view className_;
+  unsigned depth_ = 0;
+  // Most objects never fail and are never asked for their error object: it is made when first needed.
+  std::unique_ptr<clsVnError> error_;
+  std::shared_ptr<clsVnLogFile> logHandler_;
+};
+
+}  // namespace VnZEL10cmn

@@ -1,0 +1,119 @@
+#include "VnZEL10cmn/errors/clsVnLogFile.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "VnZEL10cmn/errors/clsVnLogItem.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+
+namespace {
+
+std::filesystem::path PathOf(std::string_view name) {
+  return std::filesystem::path(std::u8string(name.begin(), name.end()));
+}
+
+}  // namespace
+
+clsVnLogFile::clsVnLogFile() : VnObject("clsVnLogFile") {
+  // Without a buffer an entry goes to the system in one piece, and at once.
+  file_.pubsetbuf(nullptr, 0);
+}
+
+clsVnLogFile::~clsVnLogFile() { FileClose(); }
+
+bool clsVnLogFile::FileIsOpen() const noexcept { return file_.is_open(); }
+
+const std::string& clsVnLogFile::FileName() const noexcept { return fileName_; }
+
+bool clsVnLogFile::WriteErrors() const noexcept { return writeErrors_; }
+
+void clsVnLogFile::WriteErrors(bool Value) noexcept { writeErrors_ = Value; }
+
+bool clsVnLogFile::WriteEntries() const noexcept { return writeEntries_; }
+
+void clsVnLogFile::WriteEntries(bool Value) noexcept { writeEntries_ = Value; }
+
+bool clsVnLogFile::FileOpen(std::string_view xFileName, bool xOverRide) {
+  constexpr std::string_view operation = "FileOpen";
+  return Run(operation, [&] {
+    if (!writeErrors_ && !writeEntries_) {
+      return true;
+    }
+    if (FileIsOpen()) {
+      return Fail(ZELErrorCodes::Err_Log_FileOpen,
+                  Compose("Es ist bereits eine Datei geöffnet", kCrLf, kCrLf, "Dateiname: \"", fileName_, "\""),
+                  operation);
+    }
+    const std::string name(internal::Trim(xFileName).empty() ? std::string_view(fileName_)
+                                                             : internal::Trim(xFileName));
+    if (name.empty()) {
+      return Fail(ZELErrorCodes::Err_Log_NoFileName,
+                  Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Es ist keine Datei angegeben!"),
+                  operation);
+    }
+    const std::filesystem::path path = PathOf(name);
+    std::error_code refused;
+    if (std::error_code unknown; xOverRide && std::filesystem::is_regular_file(path, unknown)) {
+      std::filesystem::remove(path, refused);
+    }
+    if (refused || file_.open(path, std::ios::out | std::ios::app | std::ios::binary) == nullptr) {
+      return Fail(ZELErrorCodes::Err_Log_FileOpen,
+                  Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Dateiname: \"", name, "\""),
+                  operation);
+    }
+    fileName_ = name;
+    return true;
+  });
+}
+
+bool clsVnLogFile::FileClose() {
+  return Run("FileClose", [&] {
+    if (FileIsOpen()) {
+      file_.close();
+    }
+    return true;
+  });
+}
+
+bool clsVnLogFile::FileWriteEntry(const std::shared_ptr<IVnLogItem>& Item) { return Write(Item.get()); }
+
+bool clsVnLogFile::FileWriteEntry(IVnLogItem& Item) { return Write(&Item); }
+
+bool clsVnLogFile::Write(IVnLogItem* item) {
+  constexpr std::string_view operation = "FileWriteEntry";
+  const auto fail = [&](ZELErrorCodes number, std::string_view cause) {
+    return Fail(number, Compose("Schreiben der Daten nicht möglich!", kCrLf, "Ursache: ", cause), operation);
+  };
+  return Run(operation, [&] {
+    if (!writeErrors_ && !writeEntries_) {
+      return true;
+    }
+    if (item == nullptr) {
+      return fail(ZELErrorCodes::Err_Log_NoObject, "Es wurde kein gültiges Objekt übergeben.");
+    }
+    if ((!writeErrors_ && dynamic_cast<clsVnError*>(item) != nullptr) ||
+        (!writeEntries_ && dynamic_cast<clsVnLogItem*>(item) != nullptr)) {
+      return true;
+    }
+    if (!FileIsOpen()) {
+      return fail(ZELErrorCodes::Err_Log_FileNotOpen, "Es ist keine Datei geöffnet.");
+    }
+    const std::string entry = item->GetLogEntry();
+    if (entry.empty()) {
+      return fail(ZELErrorCodes::Err_Log_NoObjData, "Das Eintragsobjekt lieferte keine Daten.");
+    }
+    const std::string bytes = internal::ToCodePage1252(entry).append(kCrLf);
+    const auto size = static_cast<std::streamsize>(bytes.size());
+    if (file_.sputn(bytes.data(), size) != size) {
+      return fail(ZELErrorCodes::Err_Log_FileOpen, "Die Datei konnte nicht geschrieben werden.");
+    }
+    return true;
+  });
+}
+
+}  // namespace VnZEL10cmn
