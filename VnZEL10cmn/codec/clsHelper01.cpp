@@ -1,0 +1,549 @@
+#include "VnZEL10cmn/codec/clsHelper01.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+#include <span>
+#include <stdexcept>
+
+#include "VnZEL10cmn/codec/internal/Sha.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/errors/internal/Refusal.h"
+#include "VnZEL10cmn/platform/internal/Guid.h"
+#include "VnZEL10cmn/types/internal/Decimal.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+using internal::Refusal;
+
+int DecimalsOf(std::int32_t digits) { return digits < 0 || digits > 3 ? 2 : static_cast<int>(digits); }
+
+std::optional<Refusal> CheckLowerBound(const ByteArray& data) {
+  if (data.LBound() >= 0) {
+    return std::nullopt;
+  }
+  return Refusal{ZELErrorCodes::Err_Hlp_CnvLBound,
+                 Compose("Die Untergrenze des Datenfeldes ist nicht \"0\"", kCrLf, "Untergrenze: ", data.LBound())};
+}
+
+Refusal InvalidLength() {
+  return {ZELErrorCodes::Err_Hlp_CnvLength, "Die Länge der Base64-Zeichenfolge ist ungültig!"};
+}
+
+/// The elements `first` to the upper bound of an array that is counted from an absolute index.
+Bytes From(const ByteArray& data, std::int32_t first) {
+  if (data.size() == 0 && first == 0) {
+    return {};
+  }
+  static_cast<void>(data[first]);
+  return Bytes(data.data(), data.size()).subspan(static_cast<std::size_t>(first - data.LBound()));
+}
+
+/// The bytes that the encoders turn into text, or why not. An empty array is no range at all: its text is empty.
+std::optional<Refusal> SelectRange(const ByteArray& data, std::int32_t start, std::int32_t count, Bytes& range) {
+  range = {};
+  if (data.size() == 0) {
+    return std::nullopt;
+  }
+  if (auto refusal = CheckLowerBound(data)) {
+    return refusal;
+  }
+  if (start >= 1 && start > data.UBound()) {
+    return Refusal{ZELErrorCodes::Err_Hlp_CnvRange,
+                   Compose("Der Startindex liegt außerhalb des gültigen Bereiches", kCrLf, "Obergrenze: ",
+                           data.UBound(), kCrLf, "Startindex: ", start)};
+  }
+  range = From(data, std::max(start, 0));
+  if (count >= 1 && static_cast<std::size_t>(count) < range.size()) {
+    range = range.first(static_cast<std::size_t>(count));
+  }
+  return std::nullopt;
+}
+
+/// The characters that stand for "+" and "/".
+struct Replacements {
+  char32_t plus;
+  char32_t slash;
+};
+
+/// The first character; letters and digits, of which the code already consists, give way to "+".
+char32_t CleanReplacement(std::string_view text, char32_t otherwise) {
+  text = internal::Trim(text);
+  if (text.empty()) {
+    return otherwise;
+  }
+  const std::string first = internal::Utf16Left(text, 1);
+  std::string_view rest = first;
+  const char32_t character = internal::NextCharacter(rest);
+  const bool letterOrDigit = (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
+                             (character >= '0' && character <= '9');
+  return letterOrDigit ? U'+' : character;
+}
+
+std::string TextOf(char32_t character) {
+  std::string text;
+  internal::AppendUtf8(text, character);
+  return text;
+}
+
+std::optional<Refusal> CleanReplacements(std::string_view plus, std::string_view slash, Replacements& result) {
+  result = {CleanReplacement(plus, U'+'), CleanReplacement(slash, U'/')};
+  if (result.plus != result.slash) {
+    return std::nullopt;
+  }
+  return Refusal{ZELErrorCodes::Err_Hlp_B64ReplEqual,
+                 Compose("Die übergebenen Ersetungszeichenfolgen sind identisch", kCrLf, "Plusersetzung:    \"",
+                         TextOf(result.plus), "\"", kCrLf, "Schrägstrichers.: \"", TextOf(result.slash), "\"")};
+}
+
+/// The text with "+" and "/" replaced.
+std::string Replace(std::string text, const Replacements& replacements) {
+  if (replacements.plus == '+' && replacements.slash == '/') {
+    return text;
+  }
+  std::string replaced;
+  replaced.reserve(text.size());
+  for (const char c : text) {
+    internal::AppendUtf8(replaced, c == '+' ? replacements.plus : c == '/' ? replacements.slash
+                                                                           : static_cast<char32_t>(c));
+  }
+  return replaced;
+}
+
+constexpr std::uint8_t kPad = 64;
+constexpr std::uint8_t kNoDigit = 255;
+
+/// The values of the characters below 80, and of the two replacements.
+class Base64Values {
+ public:
+  explicit Base64Values(const Replacements& replacements) : replacements_(replacements) {
+    values_.fill(kNoDigit);
+    values_['='] = kPad;
+    std::uint8_t value = 0;
+    for (const char digit : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789")) {
+      values_[static_cast<unsigned char>(digit)] = value++;
+    }
+    SetReplacement(replacements.slash, 63);
+    SetReplacement(replacements.plus, 62);
+  }
+
+  std::uint8_t Of(char16_t unit) const {
+    if (unit < values_.size()) {
+      return values_[unit];
+    }
+    return unit == replacements_.plus ? std::uint8_t{62} : unit == replacements_.slash ? std::uint8_t{63} : kNoDigit;
+  }
+  std::uint8_t Of(char c) const { return Of(static_cast<char16_t>(static_cast<unsigned char>(c))); }
+
+ private:
+  void SetReplacement(char32_t character, std::uint8_t value) {
+    if (character < values_.size()) {
+      values_[character] = value;
+    }
+  }
+
+  std::array<std::uint8_t, 128> values_{};
+  Replacements replacements_;
+};
+
+std::u16string ToUtf16(std::string_view text) {
+  std::u16string units;
+  units.reserve(text.size());
+  internal::ForEachUtf16Unit(text, [&units](char16_t unit) { units.push_back(unit); });
+  return units;
+}
+
+Refusal InvalidCharacter(std::string_view kind, std::size_t position, char16_t unit) {
+  return {ZELErrorCodes::Err_Hlp_CnvInvalidChar,
+          Compose("Es wurde ein ungültiges Zeichen in der ", kind, " entdeckt!", kCrLf,
+                  "Zeichenposition: ", position, kCrLf, "Zeichen .......: \"", TextOf(unit), "\"")};
+}
+
+char16_t UnitOf(char c) { return static_cast<unsigned char>(c); }
+char16_t UnitOf(char16_t unit) { return unit; }
+
+/// Decodes groups of four characters, given as ASCII characters or UTF-16 code units.
+template <class Units>
+std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& replacements, ByteArray& result) {
+  if (text.empty()) {
+    return Refusal{ZELErrorCodes::Err_Hlp_CnvNoData, "Die Base64-Zeichenfolge enthält keine Daten!"};
+  }
+  if (text.size() % 4 != 0) {
+    return InvalidLength();
+  }
+  const std::size_t pads = text[text.size() - 1] != '=' ? 0U : text[text.size() - 2] != '=' ? 1U : 2U;
+  const std::size_t length = text.size() / 4 * 3 - pads;
+  if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    throw std::overflow_error("array size overflow");
+  }
+  result.Redim(0, static_cast<std::int32_t>(length) - 1);
+  const Base64Values values(replacements);
+  std::uint8_t* out = result.data();
+  std::uint8_t* const end = out + length;
+  const auto put = [&out, end](unsigned value) {
+    if (value > 255) {
+      throw std::overflow_error("byte overflow");
+    }
+    if (out == end) {
+      throw std::out_of_range("array index");
+    }
+    *out++ = static_cast<std::uint8_t>(value);
+  };
+  for (std::size_t at = 0; at < text.size(); at += 4) {
+    std::array<unsigned, 4> group{};
+    for (std::size_t i = 0; i < 4; ++i) {
+      group[i] = values.Of(text[at + i]);
+      if (group[i] == kNoDigit) {
+        return InvalidCharacter("Base64-Zeichenfolge", at + i + 1, UnitOf(text[at + i]));
+      }
+    }
+    const auto [a, b, c, d] = group;
+    put(a * 4 + ((b >> 4) & 3));
+    if (c < kPad) {
+      put((b & 15) * 16 + ((c >> 2) & 15));
+    }
+    if (d < kPad) {
+      put((c & 3) * 64 + d);
+    }
+  }
+  return std::nullopt;
+}
+
+template <class Units>
+std::optional<Refusal> DecodeHex(const Units& text, ByteArray& result) {
+  if (text.size() % 2 != 0) {
+    return InvalidLength();
+  }
+  result.Redim(0, static_cast<std::int32_t>(text.size() / 2) - 1);
+  std::uint8_t* out = result.data();
+  for (std::size_t at = 0; at < text.size(); at += 2) {
+    std::array<int, 2> digits{};
+    for (std::size_t i = 0; i < 2; ++i) {
+      digits[i] = internal::HexValue(UnitOf(text[at + i]));
+      if (digits[i] < 0) {
+        return InvalidCharacter("hexadezimalen Zeichenfolge", at + i + 1, UnitOf(text[at + i]));
+      }
+    }
+    *out++ = static_cast<std::uint8_t>(digits[0] * 16 + digits[1]);
+  }
+  return std::nullopt;
+}
+
+std::string Without(std::string_view text, std::string_view unwanted) {
+  std::string result;
+  result.reserve(text.size());
+  std::copy_if(text.begin(), text.end(), std::back_inserter(result),
+               [unwanted](char c) { return unwanted.find(c) == std::string_view::npos; });
+  return result;
+}
+
+void RemoveTrailing(std::string& text, std::string_view unwanted) {
+  text.erase(text.find_last_not_of(unwanted) + 1);
+}
+
+ByteArray ArrayOf(Bytes bytes) { return ByteArray(bytes); }
+
+}  // namespace
+
+clsHelper01::clsHelper01() : VnObject("clsHelper01") {}
+
+clsHelper01::~clsHelper01() = default;
+
+std::string clsHelper01::CreateGUID() { return platform::CreateGuid(); }
+
+std::string clsHelper01::ZEL_CharReplace(std::string_view Data, std::int32_t Length) {
+  std::string result;
+  if (Length < 1) {
+    return result;
+  }
+  std::int32_t left = Length;
+  while (!Data.empty() && left > 0) {
+    const char32_t character = internal::NextCharacter(Data);
+    if (character == ' ') {
+      continue;
+    }
+    const bool upper = character >= 'A' && character <= 'Z';
+    const bool kept = upper || (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
+    const auto ascii = static_cast<char>(kept ? character : U'#');
+    result.push_back(upper ? static_cast<char>(ascii - 'A' + 'a') : ascii);
+    --left;
+    // A character of two code units counts, and shows, as two.
+    if (character >= 0x10000 && left > 0) {
+      result.push_back('#');
+      --left;
+    }
+  }
+  return result;
+}
+
+bool clsHelper01::GetLinesOfString(std::string_view Data, std::vector<std::string>& LineList) {
+  return Run("GetLinesOfString", [&] {
+    LineList = internal::SplitLines(Data);
+    return true;
+  });
+}
+
+std::uint8_t clsHelper01::ByteMirror(std::uint8_t Value) {
+  unsigned result = 0;
+  for (unsigned bit = 0; bit < 8; ++bit) {
+    result = result << 1 | ((Value >> bit) & 1U);
+  }
+  return static_cast<std::uint8_t>(result);
+}
+
+std::int32_t clsHelper01::BytesToLong(const ByteArray& Value, std::int32_t Start, std::int32_t Count,
+                                      bool BigEndian) {
+  const std::int32_t count = Count < 1 || Count > 4 ? 4 : Count;
+  std::uint32_t result = 0;
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (Start > std::numeric_limits<std::int32_t>::max() - i) {
+      throw std::out_of_range("array index");
+    }
+    const std::uint32_t byte = Value[Start + i];
+    result = BigEndian ? result << 8 | byte : result >> 8 | byte << 24;
+  }
+  return static_cast<std::int32_t>(result);
+}
+
+ByteArray clsHelper01::LongToBytes(std::int32_t Value, bool BigEndian, bool NoZeroBytes) {
+  const auto bits = static_cast<std::uint32_t>(Value);
+  std::array<std::uint8_t, 4> bytes{};
+  for (std::size_t i = 0; i < 4; ++i) {
+    bytes[BigEndian ? 3 - i : i] = static_cast<std::uint8_t>(bits >> (8 * i));
+  }
+  std::size_t dropped = 0;
+  while (NoZeroBytes && dropped < 3 && bytes[dropped] == 0) {
+    ++dropped;
+  }
+  return ArrayOf(Bytes(bytes).subspan(dropped));
+}
+
+std::string clsHelper01::BytesToPString(const ByteArray& Value, std::int32_t Start, std::int32_t Count,
+                                        bool Asc126Plus) {
+  const std::int64_t last = Count > 0 ? static_cast<std::int64_t>(Start) + Count - 1 : Value.UBound();
+  std::string text;
+  for (std::int64_t index = Start; index <= last; ++index) {
+    if (index > std::numeric_limits<std::int32_t>::max()) {
+      throw std::out_of_range("array index");
+    }
+    const std::uint8_t byte = Value[static_cast<std::int32_t>(index)];
+    if (byte >= 32 && byte <= 126) {
+      text.push_back(static_cast<char>(byte));
+    } else if (Asc126Plus && (byte == 145 || byte == 146 || byte >= 161)) {
+      internal::AppendUtf8(text, internal::FromCodePage1252(byte));
+    } else {
+      text.push_back('?');
+    }
+  }
+  return text;
+}
+
+Currency clsHelper01::LongToCurrency(std::int32_t Value) { return static_cast<std::uint32_t>(Value); }
+
+std::int32_t clsHelper01::CurrencyToLong(Currency Value) {
+  const Currency adjusted =
+      Value > Currency(std::numeric_limits<std::int32_t>::max()) ? Value - Currency(4294967296) : Value;
+  std::int64_t whole = adjusted.Scaled() / 10000;
+  const std::int64_t rest = std::abs(adjusted.Scaled() % 10000);
+  if (rest > 5000 || (rest == 5000 && whole % 2 != 0)) {
+    whole += adjusted.Scaled() < 0 ? -1 : 1;
+  }
+  if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
+    throw std::overflow_error("integer overflow");
+  }
+  return static_cast<std::int32_t>(whole);
+}
+
+Currency clsHelper01::RoundCmrc(Currency Value, std::int32_t Digits) {
+  return RunFor<Currency>("RoundCmrc", [&] {
+    // In currency arithmetic, whose range bounds the steps on the way as well.
+    const bool negative = Value < Currency();
+    const std::int64_t magnitude = (negative ? -Value : Value).Scaled();
+    const auto factor = static_cast<std::int64_t>(internal::PowerOfTen(DecimalsOf(Digits)));
+    if (magnitude > std::numeric_limits<std::int64_t>::max() / factor) {
+      throw std::overflow_error("currency overflow");
+    }
+    const Currency sum = Currency::FromScaled(magnitude * factor) + Currency::FromScaled(5000);
+    const Currency result = Currency::FromScaled(sum.Scaled() / 10000 * (10000 / factor));
+    return negative ? -result : result;
+  });
+}
+
+Currency clsHelper01::RoundCmrc2(Currency Value, std::int32_t Digits) {
+  return RunFor<Currency>("RoundCmrc2",
+                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+}
+
+Currency clsHelper01::RoundCmrc2(double Value, std::int32_t Digits) {
+  return RunFor<Currency>("RoundCmrc2",
+                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+}
+
+Currency clsHelper01::RoundCmrc2(std::int64_t Value, std::int32_t Digits) {
+  return RunFor<Currency>("RoundCmrc2",
+                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+}
+
+Currency clsHelper01::RoundCmrc2(std::string_view Value, std::int32_t Digits) {
+  return RunFor<Currency>("RoundCmrc2",
+                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+}
+
+bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start, std::int32_t Count,
+                                 std::int32_t LineLen, std::string_view ReplPlus, std::string_view ReplSlsh) {
+  constexpr std::string_view operation = "ToBase64String";
+  return Run(operation, [&] {
+    Replacements replacements{};
+    Bytes range;
+    auto refusal = CleanReplacements(ReplPlus, ReplSlsh, replacements);
+    if (!refusal) {
+      refusal = SelectRange(Data, Start, Count, range);
+    }
+    if (refusal) {
+      return Fail(refusal->number, refusal->message, operation);
+    }
+    std::string text = internal::EncodeBase64(range);
+    if (LineLen >= 12) {
+      text = Replace(internal::BreakLines(text, static_cast<std::size_t>(LineLen)), replacements);
+      RemoveTrailing(text, " \r\n");
+    } else {
+      text = Replace(std::move(text), replacements);
+    }
+    Result = std::move(text);
+    return true;
+  });
+}
+
+bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std::string_view ReplPlus,
+                                   std::string_view ReplSlsh) {
+  constexpr std::string_view operation = "FromBase64String";
+  return Run(operation, [&] {
+    Replacements replacements{};
+    auto refusal = CleanReplacements(ReplPlus, ReplSlsh, replacements);
+    if (!refusal) {
+      std::string unbroken;
+      if (Data.find_first_of(kCrLf) != std::string_view::npos) {
+        unbroken = Without(Data, kCrLf);
+        Data = unbroken;
+      }
+      const std::string_view text = internal::Trim(Data);
+      refusal = internal::IsAscii(text) ? DecodeBase64(text, replacements, Result)
+                                        : DecodeBase64(ToUtf16(text), replacements, Result);
+    }
+    return refusal ? Fail(refusal->number, refusal->message, operation) : true;
+  });
+}
+
+bool clsHelper01::ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start, std::int32_t Count,
+                                 std::int32_t LineLen, bool HexEnc) {
+  constexpr std::string_view operation = "ToBase32String";
+  return Run(operation, [&] {
+    Bytes range;
+    if (const auto refusal = SelectRange(Data, Start, Count, range)) {
+      return Fail(refusal->number, refusal->message, operation);
+    }
+    std::string text = internal::EncodeBase32(range, HexEnc);
+    Result = LineLen >= 16 ? internal::BreakLines(text, static_cast<std::size_t>(LineLen)) : std::move(text);
+    return true;
+  });
+}
+
+bool clsHelper01::GetBytesOfBinStr(std::string_view Data, ByteArray& Result) {
+  constexpr std::string_view operation = "GetBytesOfBinStr";
+  return Run(operation, [&] {
+    if (Data.empty()) {
+      return Fail(ZELErrorCodes::Err_Hlp_CnvNoData, "Es wurde eine leere Zeichenfolge übergeben!", operation);
+    }
+    const std::string text = internal::Upper(Without(Data, "- \r\n"));
+    const auto refusal = internal::IsAscii(text) ? DecodeHex(text, Result) : DecodeHex(ToUtf16(text), Result);
+    return refusal ? Fail(refusal->number, refusal->message, operation) : true;
+  });
+}
+
+bool clsHelper01::GetBinStrOfBytes(const ByteArray& Data, std::string& Result, std::string_view SepStr,
+                                   std::int32_t GroupLen) {
+  constexpr std::string_view operation = "GetBinStrOfBytes";
+  return Run(operation, [&] {
+    if (const auto refusal = CheckLowerBound(Data)) {
+      return Fail(refusal->number, refusal->message, operation);
+    }
+    std::string separator = internal::Utf16Left(SepStr, 1);
+    if (separator.size() == 1 && internal::HexValue(UnitOf(separator[0])) >= 0) {
+      separator.clear();
+    }
+    if (separator.empty() && GroupLen >= 1) {
+      separator = "-";
+    }
+    const std::string digits = internal::UpperHex(Bytes(Data.data(), Data.size()));
+    // Without groups every byte is one; with groups the last one appears only when more digits follow it.
+    const std::size_t group = GroupLen < 1 ? 2 : static_cast<std::size_t>(GroupLen);
+    const std::size_t spare = GroupLen < 1 ? 0 : 1;
+    std::string text;
+    for (std::size_t at = 0; digits.size() - at >= group + spare; at += group) {
+      text.append(at == 0 ? "" : separator).append(digits, at, group);
+    }
+    Result = std::move(text);
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA1Hash(std::string_view Data, ByteArray& Result) {
+  return Run("GetSHA1Hash", [&] {
+    Result = ArrayOf(internal::Sha1OfText(Data));
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA1Hash1(const ByteArray& Data, ByteArray& Result) {
+  constexpr std::string_view operation = "GetSHA1Hash1";
+  return Run(operation, [&] {
+    if (const auto refusal = CheckLowerBound(Data)) {
+      return Fail(refusal->number, refusal->message, operation);
+    }
+    Result = ArrayOf(internal::Sha1(From(Data, 0)));
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA1Hash2(std::string_view Data, std::string& Result) {
+  return Run("GetSHA1Hash2", [&] {
+    Result = internal::UpperHex(internal::Sha1OfText(Data));
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA256Hash(std::string_view Data, ByteArray& Result) {
+  return Run("GetSHA256Hash", [&] {
+    Result = ArrayOf(internal::Sha256OfText(Data));
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA256Hash1(const ByteArray& Data, ByteArray& Result) {
+  constexpr std::string_view operation = "GetSHA256Hash1";
+  return Run(operation, [&] {
+    if (const auto refusal = CheckLowerBound(Data)) {
+      return Fail(refusal->number, refusal->message, operation);
+    }
+    Result = ArrayOf(internal::Sha256OfCodePageBytes(From(Data, 0)));
+    return true;
+  });
+}
+
+bool clsHelper01::GetSHA256Hash2(std::string_view Data, std::string& Result) {
+  return Run("GetSHA256Hash2", [&] {
+    Result = internal::LowerHex(internal::Sha256OfText(Data));
+    return true;
+  });
+}
+
+}  // namespace VnZEL10cmn
