@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "VnZEL10cmn/device/ZelTags.h"
+#include "VnZEL10cmn/errors/internal/Refusal.h"
+#include "VnZEL10cmn/types/ByteArray.h"
+
+namespace VnZEL10cmn::internal {
+
+/// The bytes before a record's value: tag and length.
+inline constexpr std::int32_t kRecordHead = 2;
+
+/// Length limits of a value in bytes; -1 for none.
+struct Limits {
+  std::int32_t min = -1;
+  std::int32_t max = -1;
+};
+
+// Detail lines that many messages share. A label carries its line break.
+inline constexpr std::string_view kStartLine = "\r\n    Startposition ...: ";
+inline constexpr std::string_view kLowerLine = "\r\n    Untergrenze .....: ";
+inline constexpr std::string_view kUpperLine = "\r\n    Obergrenze ......: ";
+inline constexpr std::string_view kTagLine = "\r\n    Tag .............: ";
+inline constexpr std::string_view kLengthLine = "\r\n    Länge ...........: ";
+inline constexpr std::string_view kReadEndLine = "\r\n    Leseende ........: ";
+inline constexpr std::string_view kTagFoundLine = "\r\n    Tag gefunden ....: ";
+inline constexpr std::string_view kBufferTooSmall = "Der Datenpuffer ist zu klein.";
+inline constexpr std::string_view kUnexpectedTag =
+    "Unerwartetes TAG\r\n"
+    "Das gefundenen TAG (s.u.) darf in\r\n"
+    "ZEL-Umsatz-Containern nicht vorkommen!";
+
+/// "0x" and two upper-case hexadecimal digits.
+std::string HexByte(std::uint8_t byte);
+/// The same for a tag.
+inline std::string HexByte(ZelTags tag) { return HexByte(static_cast<std::uint8_t>(tag)); }
+
+/// Whether a complete record stands at `start`.
+MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limits = {}, ZelTags tag = {});
+
+/// Whether the record at `start` ends within the buffer: the one check that item and container readers make
+/// before they dispatch on tags.
+MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start);
+
+/// Whether a record with a value of `length` bytes fits at `start`.
+MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length);
+
+/// Moves `start` behind a record with a value of `length` bytes; throws std::overflow_error where no index
+/// follows.
+void Advance(std::int32_t& start, std::size_t length);
+
+/// A tag that has no place where it was found.
+Refusal UnexpectedTag(std::uint8_t tag);
+
+// Readers and writers of the record at `start`, which they move behind it. A reader takes any tag. After a
+// refusal `start` may have moved; the public operations put it back.
+
+/// The value of a record that is checked already.
+std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start);
+
+MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits = {});
+MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
+MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
+MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
+
+MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data);
+MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
+MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data);
+MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data, bool leadZeroOk);
+MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
+
+/// A value shorter or longer than its field allows.
+Refusal TooShort(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t min);
+Refusal TooLong(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t max);
+
+/// A byte of a text value that is none of its characters; `offset` counts from the value's first byte.
+Refusal InvalidTextByte(std::int32_t start, std::uint8_t tag, std::size_t length, std::size_t offset,
+                        std::uint8_t byte);
+
+}  // namespace VnZEL10cmn::internal
