@@ -1,0 +1,349 @@
+#include "VnZEL10cmn/items/clsZelItemCash.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/device/clsZelBaseCoding.h"
+#include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/platform/internal/Guid.h"
+#include "VnZEL10cmn/types/internal/Decimal.h"
+#include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+
+namespace {
+
+constexpr std::int32_t kUnitLength = 8;
+constexpr std::int32_t kNameLength = 16;
+constexpr std::size_t kQuantityEnd = 12;
+
+bool IsPriceNumber(std::int32_t index) { return index >= 1 && index <= 6; }
+
+std::string QuantityText(Currency quantity) { return internal::FormatNumber(quantity, internal::kQuantity, "."); }
+
+/// The device's text has a point; the number is then read as the host reads numbers.
+Currency QuantityFromText(std::string_view text) {
+  text = internal::Trim(text);
+  if (text.empty()) {
+    return 1;
+  }
+  const std::string decimal = internal::CurrentRegionalSettings().decimal;
+  std::string regional;
+  for (const char c : text) {
+    if (c == '.') {
+      regional.append(decimal);
+    } else {
+      regional.push_back(c);
+    }
+  }
+  return internal::Decimal(regional).RoundedEven();
+}
+
+}  // namespace
+
+clsZelItemCash::clsZelItemCash() : VnObject("clsZelItemCash") {}
+
+clsZelItemCash::~clsZelItemCash() = default;
+
+std::string clsZelItemCash::InstanceID() {
+  if (instanceId_.empty()) {
+    instanceId_ = platform::CreateGuid();
+  }
+  return instanceId_;
+}
+
+std::string clsZelItemCash::IdentityForErrors() { return InstanceID(); }
+
+clsVnError& clsZelItemCash::ErrorObject() { return VnObject::ErrorObject(); }
+
+std::shared_ptr<clsVnLogFile> clsZelItemCash::LogHandler() { return VnObject::LogHandler(); }
+
+void clsZelItemCash::LogHandler(std::shared_ptr<clsVnLogFile> Value) { VnObject::LogHandler(std::move(Value)); }
+
+bool clsZelItemCash::HasError() { return VnObject::HasError(); }
+
+bool clsZelItemCash::CanEdit() const noexcept { return canEdit_; }
+
+Currency clsZelItemCash::Quantity() const noexcept { return quantity_; }
+
+void clsZelItemCash::Quantity(Currency Value) noexcept {
+  if (canEdit_) {
+    quantity_ = Value == Currency() ? Currency(1) : Value;
+  }
+}
+
+const std::string& clsZelItemCash::Unit() const noexcept { return unit_; }
+
+void clsZelItemCash::Unit(std::string_view Value) {
+  if (canEdit_) {
+    unit_ = internal::Trim(Value);
+  }
+}
+
+const std::string& clsZelItemCash::Name() const noexcept { return name_; }
+
+void clsZelItemCash::Name(std::string_view Value) {
+  if (canEdit_) {
+    name_ = internal::Trim(Value);
+  }
+}
+
+bool clsZelItemCash::DiscSurc() const noexcept { return discSurc_; }
+
+void clsZelItemCash::DiscSurc(bool Value) noexcept {
+  if (canEdit_) {
+    discSurc_ = Value;
+  }
+}
+
+bool clsZelItemCash::Voucher() const noexcept { return voucher_; }
+
+void clsZelItemCash::Voucher(bool Value) noexcept {
+  if (canEdit_) {
+    voucher_ = Value;
+  }
+}
+
+bool clsZelItemCash::ThirdParty() const noexcept { return thirdParty_; }
+
+void clsZelItemCash::ThirdParty(bool Value) noexcept {
+  if (canEdit_) {
+    thirdParty_ = Value;
+  }
+}
+
+Currency clsZelItemCash::Price(std::int32_t Index) const noexcept {
+  return IsPriceNumber(Index) ? prices_[static_cast<std::size_t>(Index - 1)] : Currency();
+}
+
+void clsZelItemCash::Price(std::int32_t Index, Currency Value) noexcept {
+  if (IsPriceNumber(Index)) {
+    prices_[static_cast<std::size_t>(Index - 1)] = Value;
+  }
+}
+
+Currency clsZelItemCash::Price2(ZELVatClasses VatClass) const { return prices_.at(static_cast<std::size_t>(VatClass)); }
+
+void clsZelItemCash::Price2(ZELVatClasses VatClass, Currency Value) {
+  prices_.at(static_cast<std::size_t>(VatClass)) = Value;
+}
+
+void clsZelItemCash::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) { printEngine_ = std::move(Value); }
+
+bool clsZelItemCash::SetItemData(Currency Quantity, std::string_view Name, std::string_view Unit, Currency Price1,
+                                 Currency Price2, Currency Price4, bool DiscSurch, bool Voucher, bool ThirdParty,
+                                 Currency Price5, Currency Price6, Currency Price3) {
+  constexpr std::string_view operation = "SetItemData";
+  return Run(operation, [&] {
+    if (!canEdit_) {
+      Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
+           Compose("Das Schreiben der Daten ist nicht möglich!", kCrLf,
+                   "Der Buchungsposten kann auf Grund vorangegangener", kCrLf, "nicht mehr bearbeitet werden."),
+           operation);
+    }
+    if (internal::Trim(Name).empty()) {
+      Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
+           Compose("Fehlende Daten!", kCrLf,
+                   "Für den Parameter \"Name\" muß mindestensein Zeichen eingeben werden!"),
+           operation);
+    }
+    if (HasError()) {
+      return false;
+    }
+    this->Quantity(Quantity);
+    this->Name(Name);
+    this->Unit(Unit);
+    this->DiscSurc(DiscSurch);
+    this->Voucher(Voucher);
+    this->ThirdParty(ThirdParty);
+    prices_ = {Price1, Price2, Price3, Price4, Price5, Price6};
+    return true;
+  });
+}
+
+bool clsZelItemCash::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
+  return Run("BinaryDataGet", [&] { return WriteRecords(Data, Start); }, Logging::Nothing);
+}
+
+bool clsZelItemCash::BinaryDataGet(ByteArray& Data, std::int32_t& Start, ZELSerialType, std::string_view,
+                                   std::int32_t) {
+  return BinaryDataGet(Data, Start);
+}
+
+bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
+  constexpr std::string_view operation = "BinaryDataGet";
+  if (name_.empty()) {
+    return Fail(ZELErrorCodes::Err_Ser_DataMissing,
+                Compose("Für den Posten ist keine", kCrLf, "Bezeichnung angegeben!"), operation);
+  }
+  const std::string quantity = QuantityText(quantity_);
+  if (quantity.size() >= kQuantityEnd) {
+    return Fail(ZELErrorCodes::Err_Zel_CnvRange,
+                Compose("Die Zeichenfolge für die Menge ist zu lang!", kCrLf, "    Zeichenfolge ......: ", quantity),
+                operation);
+  }
+  clsHelper01 helper;
+  clsZelBaseCoding coder;
+  // What goes wrong in the coder is reported with the state of the helper, which never fails here.
+  const auto fail = [&](std::string_view label) {
+    clsVnError& inner = helper.ErrorObject();
+    return FailAs(inner, Compose("Objekt: \"", label, "\":", kCrLf, inner.ErrorMsg()),
+                  Compose(operation, ".[", inner.ErrorFunction(), "]"));
+  };
+  const auto writeText = [&](ZelTags tag, std::string_view text, std::string_view label) {
+    return coder.SetDataAscii(data, start, tag, text) || fail(label);
+  };
+  if (!writeText(ZelTags::Item_Quantity, quantity, "Mengenangabe")) {
+    return false;
+  }
+  if (!unit_.empty() &&
+      !writeText(ZelTags::Item_Unit, helper.ZEL_CharReplace(unit_, kUnitLength), "Mengeneinheit")) {
+    return false;
+  }
+  if (!writeText(ZelTags::Item_Name, helper.ZEL_CharReplace(name_, kNameLength), "Bezeichnung")) {
+    return false;
+  }
+  if (!coder.SetDataBool(data, start, ZelTags::Item_DiscSurch, discSurc_)) {
+    return fail("Agenturgeschäft");
+  }
+  if (!coder.SetDataBool(data, start, ZelTags::Item_Voucher, voucher_)) {
+    return fail("Gutschein");
+  }
+  if (!coder.SetDataBool(data, start, ZelTags::Item_Thirdparty, thirdParty_)) {
+    return fail("Agenturgeschäft");
+  }
+  for (std::size_t slot = 0; slot < prices_.size(); ++slot) {
+    const auto tag = static_cast<ZelTags>(static_cast<std::size_t>(ZelTags::Item_Price1) + slot);
+    if (prices_[slot] != Currency() && !coder.SetZelAmounts(data, start, tag, prices_[slot], false)) {
+      return fail(Compose("Preis ", slot));
+    }
+  }
+  return true;
+}
+
+bool clsZelItemCash::BinaryDataSet(const ByteArray& Data, std::int32_t& Start) {
+  const std::int32_t before = Start;
+  const bool done = Run("BinaryDataSet", [&] { return ReadRecords(Data, Start); });
+  if (!done) {
+    Start = before;
+  }
+  return done;
+}
+
+bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
+  constexpr std::string_view operation = "BinaryDataSet";
+  Clear();
+  if (const auto refusal = internal::CheckRecordEnd(data, start)) {
+    return Fail(refusal->number, refusal->message, operation);
+  }
+  clsZelBaseCoding coder;
+  const auto fail = [&](std::string_view accessor) {
+    clsVnError& inner = coder.ErrorObject();
+    return FailAs(inner, inner.ErrorMsg(), Compose(operation, ".[", accessor, "]"));
+  };
+  const auto readText = [&](std::string& text) {
+    return coder.GetDataAscii(data, start, text) || fail("GetDataAscii");
+  };
+  const auto readFlag = [&](bool& flag) {
+    flag = true;
+    internal::Advance(start, 0);
+    return true;
+  };
+  bool hasQuantity = false;
+  bool done = true;
+  do {
+    const auto tag = static_cast<ZelTags>(data[start]);
+    switch (tag) {
+      case ZelTags::Item_Quantity: {
+        if (hasQuantity) {
+          return true;
+        }
+        hasQuantity = true;
+        std::string text;
+        done = readText(text);
+        if (done) {
+          Quantity(QuantityFromText(text));
+        }
+        break;
+      }
+      case ZelTags::Item_Unit:
+        done = readText(unit_);
+        break;
+      case ZelTags::Item_Name:
+        done = readText(name_);
+        break;
+      case ZelTags::Item_DiscSurch:
+        done = readFlag(discSurc_);
+        break;
+      case ZelTags::Item_Voucher:
+        done = readFlag(voucher_);
+        break;
+      case ZelTags::Item_Thirdparty:
+        done = readFlag(thirdParty_);
+        break;
+      case ZelTags::Item_Price1:
+      case ZelTags::Item_Price2:
+      case ZelTags::Item_Price3:
+      case ZelTags::Item_Price4:
+      case ZelTags::Item_Price5:
+      case ZelTags::Item_Price6: {
+        Currency price;
+        done = coder.GetZelAmounts(data, start, tag, price, false) || fail("GetZelAmountsSpec01");
+        if (done) {
+          Price(static_cast<std::int32_t>(tag) - 176, price);
+        }
+        break;
+      }
+      default: {
+        const internal::Refusal refusal = internal::UnexpectedTag(static_cast<std::uint8_t>(tag));
+        done = Fail(refusal.number, refusal.message, operation);
+        break;
+      }
+    }
+  } while (done && start < data.UBound());
+  return done;
+}
+
+bool clsZelItemCash::Clear() {
+  ClearErr();
+  quantity_ = 1;
+  unit_.clear();
+  name_.clear();
+  discSurc_ = false;
+  voucher_ = false;
+  thirdParty_ = false;
+  prices_.fill(Currency());
+  return true;
+}
+
+bool clsZelItemCash::GetPrices(CurrencyArray& Prices, bool& IsThrdPrt) {
+  constexpr std::string_view operation = "IVnZelItem.GetPrices";
+  return Run(operation, [&] {
+    IsThrdPrt = thirdParty_;
+    if (Prices.LBound() != 0 || Prices.UBound() != 5) {
+      return Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
+                  Compose("Die Feldgrenzen des Preisfeldes sind ungültig!", internal::kLowerLine, Prices.LBound(),
+                          internal::kUpperLine, Prices.UBound()),
+                  operation);
+    }
+    std::copy(prices_.begin(), prices_.end(), Prices.begin());
+    return true;
+  });
+}
+
+std::string clsZelItemCash::ToString() {
+  return RunFor<std::string>("ToString", [&] {
+    if (!printEngine_) {
+      printEngine_ = internal::CreateDefaultPrintEngine();
+    }
+    return internal::RenderItem(*printEngine_, *this, &ErrorObject());
+  });
+}
+
+}  // namespace VnZEL10cmn

@@ -1,0 +1,244 @@
+#include "VnZEL10cmn/items/clsZelItemList.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+#include <utility>
+
+#include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/device/clsZelBaseCoding.h"
+#include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/errors/clsVnLogFile.h"
+#include "VnZEL10cmn/errors/clsVnLogItem.h"
+#include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+
+namespace {
+
+constexpr std::int64_t kReservePerItem = 128;
+constexpr std::int32_t kHashGroup = 5;
+
+constexpr std::string_view kInstanceLine = "\r\n    Instanz-ID ..........: ";
+constexpr std::string_view kItemNotAdded = "Ein Buchungsposten konnte nicht übernommen werden";
+
+}  // namespace
+
+clsZelItemList::clsZelItemList() : VnObject("clsZelItemList") {}
+
+clsZelItemList::~clsZelItemList() = default;
+
+const std::string& clsZelItemList::ZelProfile() const noexcept { return profile_; }
+
+void clsZelItemList::ZelProfile(std::string_view Value) { profile_ = internal::Trim(Value); }
+
+std::int32_t clsZelItemList::ItemCount() const noexcept { return static_cast<std::int32_t>(items_.size()); }
+
+std::shared_ptr<IVnZelItem> clsZelItemList::ItemI(std::int32_t Index) const {
+  return Index >= 1 && Index <= ItemCount() ? items_[static_cast<std::size_t>(Index - 1)] : nullptr;
+}
+
+std::shared_ptr<IVnZelItem> clsZelItemList::ItemK(std::string_view InstanceID) const {
+  const auto found = itemsById_.find(InstanceID);
+  return found == itemsById_.end() ? nullptr : found->second;
+}
+
+void clsZelItemList::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) {
+  usesDefaultEngine_ = false;
+  printEngine_ = std::move(Value);
+}
+
+void clsZelItemList::ItemFactory(std::shared_ptr<clsZelListItemFact> Value) { itemFactory_ = std::move(Value); }
+
+bool clsZelItemList::GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::string& HASH,
+                                 std::string_view GrpSep) {
+  constexpr std::string_view operation = "GetItemHash";
+  return Run(operation, [&] {
+    ByteArray data;
+    std::int32_t length = 0;
+    if (!Serialise(data, length, operation)) {
+      return false;
+    }
+    data.RedimPreserve(length - 1);
+    clsHelper01 helper;
+    ByteArray digest;
+    if (!(Bit256 ? helper.GetSHA256Hash1(data, digest) : helper.GetSHA1Hash1(data, digest))) {
+      return FailAs(helper.ErrorObject(), helper.ErrorObject().ErrorMsg(),
+                    Bit256 ? "GetItemHash.[GetSHA256Hash1]" : "GetItemHash.[GetSHA1Hash1]");
+    }
+    clsZelBaseCoding coder;
+    return coder.GetZelSingatureString(digest, HASH, ZelGrp ? kHashGroup : 0, GrpSep, AsBase32) ||
+           FailAs(coder.ErrorObject(), coder.ErrorObject().ErrorMsg(), "GetItemHash.[GetZelSingatureString]");
+  });
+}
+
+bool clsZelItemList::AddItem(std::shared_ptr<IVnZelItem> Item) {
+  constexpr std::string_view operation = "AddItem";
+  return Run(operation, [&] {
+    if (!Item) {
+      throw std::logic_error("no item");
+    }
+    const std::string id = Item->InstanceID();
+    return Append(std::move(Item)) ||
+           Fail(ZELErrorCodes::Err_Ser_ItemNotAdded, Compose(kItemNotAdded, kInstanceLine, id), operation);
+  });
+}
+
+bool clsZelItemList::Append(std::shared_ptr<IVnZelItem> item) {
+  item->LogHandler(LogHandler());
+  items_.reserve(items_.size() + 1 > items_.capacity() ? items_.capacity() * 2 + 1 : items_.capacity());
+  if (!itemsById_.try_emplace(item->InstanceID(), item).second) {
+    return false;
+  }
+  items_.push_back(std::move(item));
+  return true;
+}
+
+bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID, std::int32_t Index) {
+  return Run("RemoveItem", [&] {
+    const bool isSelected = Item || !ID.empty() || Index >= 1;
+    if (items_.empty() || !isSelected) {
+      return true;
+    }
+    const std::shared_ptr<IVnZelItem> wanted = Item ? Item : ID.empty() ? nullptr : ItemK(ID);
+    if (wanted) {
+      const auto found = std::find(items_.begin(), items_.end(), wanted);
+      if (found != items_.end()) {
+        Remove(static_cast<std::size_t>(found - items_.begin()));
+      }
+    } else if (ID.empty()) {
+      if (Index > ItemCount()) {
+        throw std::out_of_range("item index");
+      }
+      Remove(static_cast<std::size_t>(Index - 1));
+    }
+    return true;
+  });
+}
+
+void clsZelItemList::Remove(std::size_t position) {
+  const auto item = items_.begin() + static_cast<std::ptrdiff_t>(position);
+  // An item whose class changes its ID stands under the one that it had when it was added.
+  const auto entry = itemsById_.find((*item)->InstanceID());
+  if (entry != itemsById_.end() && entry->second == *item) {
+    itemsById_.erase(entry);
+  } else {
+    std::erase_if(itemsById_, [&item](const auto& other) { return other.second == *item; });
+  }
+  items_.erase(item);
+}
+
+bool clsZelItemList::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
+  constexpr std::string_view operation = "BinaryDataGet";
+  return Run(operation, [&] { return Serialise(Data, Start, operation); }, Logging::Nothing);
+}
+
+bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string_view operation) {
+  if (items_.empty()) {
+    LogEmptyNotice();
+    return true;
+  }
+  const std::int64_t reserved = start + kReservePerItem * ItemCount() - 1;
+  if (reserved > std::numeric_limits<std::int32_t>::max()) {
+    throw std::overflow_error("array size overflow");
+  }
+  if (reserved > data.UBound()) {
+    data.RedimPreserve(static_cast<std::int32_t>(reserved));
+  }
+  for (std::size_t i = 0; i < items_.size(); ++i) {
+    if (!items_[i]->BinaryDataGet(data, start)) {
+      return Fail(ZELErrorCodes::Err_Ser_Failed,
+                  Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", i + 1,
+                          " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine,
+                          items_[i]->InstanceID()),
+                  operation);
+    }
+  }
+  return true;
+}
+
+void clsZelItemList::LogEmptyNotice() {
+  const std::shared_ptr<clsVnLogFile> log = LogHandler();
+  if (log) {
+    clsVnLogItem notice;
+    notice.SetMessage("Keine Daten zur Ausgabe vorhanden", "BinaryDataGet", ErrorObject().ErrorSource(),
+                      ErrorObject().ErrorInstanceID());
+    log->FileWriteEntry(notice);
+  }
+}
+
+bool clsZelItemList::BinaryDataSet(const ByteArray& Data, std::int32_t& Start, std::int32_t DataLen) {
+  return Run("BinaryDataSet", [&] { return Deserialise(Data, Start, DataLen); });
+}
+
+bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen) {
+  constexpr std::string_view operation = "BinaryDataSet";
+  constexpr std::string_view startLine = "\r\n    Start ...........: ";
+  const std::int32_t callStart = start;
+  const std::int64_t end = dataLen >= 1 ? std::int64_t{start} + dataLen - 1 : data.UBound();
+  if (end > data.UBound()) {
+    return Fail(ZELErrorCodes::Err_Zel_CnvInvalidLen,
+                Compose("Die Anzahl der zu lesenden Daten", kCrLf, "Überschreitet die Pufferlänge", startLine, start,
+                        internal::kLengthLine, dataLen, "\r\n    Endindex ........: ", end,
+                        "\r\n    Max. Index Daten : ", data.UBound()),
+                operation);
+  }
+  Clear();
+  if (!itemFactory_) {
+    itemFactory_ = std::make_shared<clsZelListItemFact>();
+  }
+  for (std::int32_t number = 1; start < end; ++number) {
+    const std::int32_t itemStart = start;
+    const auto fail = [&](ZELErrorCodes code, std::string_view message) {
+      // The byte shown is the one behind the item's first tag.
+      return Fail(code,
+                  Compose(message, startLine, callStart, internal::kTagLine,
+                          internal::HexDigits(data[itemStart + 1]), "\r\n    lfd. Postennr. ..: ", number),
+                  operation);
+    };
+    std::shared_ptr<IVnZelItem> item = itemFactory_->CreateNewItem();
+    if (!item) {
+      throw std::logic_error("no item");
+    }
+    item->LogHandler(LogHandler());
+    // An item class that reads nothing would be asked for ever.
+    if (!item->BinaryDataSet(data, start) || start <= itemStart) {
+      return fail(ZELErrorCodes::Err_Ser_CodingError, "Ein Buchungsposten konnte nicht dekodiert werden");
+    }
+    if (!Append(std::move(item))) {
+      return fail(ZELErrorCodes::Err_Ser_ItemNotAdded, kItemNotAdded);
+    }
+  }
+  return true;
+}
+
+bool clsZelItemList::Clear() {
+  return Run("Clear", [&] {
+    items_.clear();
+    itemsById_.clear();
+    return true;
+  });
+}
+
+std::string clsZelItemList::ToString() {
+  return RunFor<std::string>("ToString", [&] {
+    if (usesDefaultEngine_ && !printEngine_) {
+      printEngine_ = internal::CreateDefaultPrintEngine();
+    }
+    std::string text;
+    for (const std::shared_ptr<IVnZelItem>& item : items_) {
+      text.append(printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject()) : item->ToString());
+      text.append(kCrLf);
+    }
+    if (text.ends_with(kCrLf)) {
+      text.resize(text.size() - kCrLf.size());
+    }
+    return text;
+  });
+}
+
+}  // namespace VnZEL10cmn

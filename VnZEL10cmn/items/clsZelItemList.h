@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "VnZEL10cmn/items/IVnZelItem.h"
+#include "VnZEL10cmn/items/clsZelListItemFact.h"
+
+namespace VnZEL10cmn {
+
+class clsZelItemPrint;
+
+/// The ordered items of a booking or report, by position (from 1) and by instance ID, which is unique in a
+/// list. Items are shared: one added to two lists is the same object in both.
+class clsZelItemList : public VnObject {
+ public:
+  /// An empty list with the profile "kasse".
+  clsZelItemList();
+  ~clsZelItemList();
+
+  /// Items in list order.
+  auto begin() const noexcept { return items_.begin(); }
+  /// Items in list order.
+  auto end() const noexcept { return items_.end(); }
+
+  /// The device profile.
+  const std::string& ZelProfile() const noexcept;
+  /// Sets the device profile, trimmed.
+  void ZelProfile(std::string_view Value);
+
+  /// Number of items.
+  std::int32_t ItemCount() const noexcept;
+
+  /// The item at a position counted from 1; none for a position that does not exist.
+  std::shared_ptr<IVnZelItem> ItemI(std::int32_t Index) const;
+
+  /// The item with exactly this instance ID, or none.
+  std::shared_ptr<IVnZelItem> ItemK(std::string_view InstanceID) const;
+
+  /// Sets the print engine behind `ToString`; with none, each item is asked for its own text.
+  void PrintEngine(std::shared_ptr<clsZelItemPrint> Value);
+
+  /// Sets the factory of decoded items; none brings back the default one.
+  void ItemFactory(std::shared_ptr<clsZelListItemFact> Value);
+
+  /// The hash of the list's binary form, SHA-256 or SHA-1, as Base64 or Base32 text; `ZelGrp` cuts it into
+  /// groups of 5 characters separated by `GrpSep` (empty: a blank). `HASH` keeps its content on failure.
+  bool GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::string& HASH, std::string_view GrpSep = {});
+
+  /// Appends an item and hands it the list's log file. Fails with 9306 when an item with its instance ID is
+  /// in the list already.
+  bool AddItem(std::shared_ptr<IVnZelItem> Item);
+
+  /// Removes one item: `Item` itself, else the one with the instance ID, else the one at the position. What
+  /// is not found is no error; a position beyond the list is a run-time fault (9).
+  bool RemoveItem(const std::shared_ptr<IVnZelItem>& Item = nullptr, std::string_view ID = {},
+                  std::int32_t Index = -1);
+
+  /// Appends all items' records at `Start`, enlarging `Data` by 128 bytes per item, and moves `Start` behind
+  /// them; `Start` is the length to use, what follows in `Data` is reserve. An empty list writes nothing, is
+  /// a success and leaves a message in the log. Fails with 9301 when an item fails; the item's own error
+  /// object tells why, `Start` stands where it stopped.
+  bool BinaryDataGet(ByteArray& Data, std::int32_t& Start);
+
+  /// Replaces the items by those read from `Start` on, `DataLen` bytes (below 1: to the end), and moves
+  /// `Start`. Fails with 9207 when that reaches beyond the end (items unchanged), 9307 when an item can't be
+  /// decoded, 9306 when it can't be added; items before it then stay in the list and `Start` stands at it.
+  bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start, std::int32_t DataLen = 0);
+
+  /// Removes all items. Always True.
+  bool Clear();
+
+  /// The items' texts, one under the other.
+  std::string ToString();
+
+ private:
+  /// Hashes and compares IDs without making strings of them.
+  struct IdHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view id) const noexcept { return std::hash<std::string_view>()(id); }
+  };
+
+  bool Serialise(ByteArray& data, std::int32_t& start, std::string_view operation);
+  bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
+  bool Append(std::shared_ptr<IVnZelItem> item);
+  void Remove(std::size_t position);
+  void LogEmptyNotice();
+
+  std::vector<std::shared_ptr<IVnZelItem>> items_;
+  std::unordered_map<std::string, std::shared_ptr<IVnZelItem>, IdHash, std::equal_to<>> itemsById_;
+  std::string profile_ = "kasse";
+  bool usesDefaultEngine_ = true;
+  std::shared_ptr<clsZelItemPrint> printEngine_;
+  std::shared_ptr<clsZelListItemFact> itemFactory_;
+};
+
+}  // namespace VnZEL10cmn

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <memory>
+
+#include "VnZEL10cmn/items/IVnZelItem.h"
+
+namespace VnZEL10cmn {
+
+/// Makes the items that a list decodes. A host with item classes of its own derives from it.
+class clsZelListItemFact : public VnObject {
+ public:
+  /// A factory of cash items.
+  clsZelListItemFact();
+  virtual ~clsZelListItemFact();
+
+  /// A new, empty item; here a `clsZelItemCash`. `ErrObj` is not used.
+  virtual std::shared_ptr<IVnZelItem> CreateNewItem(clsVnError* ErrObj = nullptr);
+};
+
+}  // namespace VnZEL10cmn
