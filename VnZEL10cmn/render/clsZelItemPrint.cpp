@@ -1,0 +1,201 @@
+#include "VnZEL10cmn/render/clsZelItemPrint.h"
+
+#include <stdexcept>
+#include <typeinfo>
+#include <utility>
+
+#include "VnZEL10cmn/items/clsZelItemCash.h"
+#include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/platform/internal/ClassName.h"
+#include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+using internal::PadLeft;
+using internal::PadRight;
+using internal::RegionalSettings;
+
+namespace {
+
+constexpr std::string_view kClassLetters = "ABCDEF";
+constexpr std::size_t kQuantityWidth = 5;
+constexpr std::size_t kUnitWidth = 8;
+constexpr std::size_t kNameWidth = 25;
+constexpr std::size_t kPriceWidth = 9;
+constexpr std::size_t kPriceColumn = 40;
+constexpr std::int32_t kHashGroup = 5;
+
+constexpr std::string_view kBoxBorder = "        +------------------------------------------------------+\r\n";
+constexpr std::string_view kBoxEmpty = "        |                                                      |\r\n";
+constexpr std::string_view kBoxTitle =
+    "        |                 -= A C H T U N G =-                  |\r\n"
+    "        |               =======================                |\r\n";
+
+/// A reference to an object that its caller keeps.
+template <class Object>
+std::shared_ptr<Object> Borrowed(Object& object) {
+  return std::shared_ptr<Object>(std::shared_ptr<void>(), &object);
+}
+
+std::string Amount(Currency value, const RegionalSettings& settings) {
+  return PadLeft(internal::FormatNumber(value, internal::kAmount, settings), kPriceWidth);
+}
+
+std::string WarningBox(std::string_view lines) {
+  return Compose(kBoxBorder, kBoxEmpty, kBoxTitle, kBoxEmpty, lines, kBoxEmpty, kBoxBorder);
+}
+
+std::string ItemLines(const clsZelItemCash& item) {
+  const RegionalSettings settings = internal::CurrentRegionalSettings();
+  const std::string quantity = internal::FormatNumber(item.Quantity(), internal::kOneDecimal, settings);
+  std::string text = internal::Utf16Right(PadLeft(quantity, kQuantityWidth), kQuantityWidth);
+  text.append(item.Unit().empty() ? std::string(kUnitWidth + 1, ' ') : " " + PadRight(item.Unit(), kUnitWidth));
+  text.append(" ").append(PadRight(item.Name(), kNameWidth));
+  bool isFirst = true;
+  for (std::int32_t number = 1; number <= 6; ++number) {
+    const Currency price = item.Price(number);
+    if (price == Currency()) {
+      continue;
+    }
+    if (!isFirst) {
+      text.append(kCrLf).append(kPriceColumn, ' ');
+    }
+    isFirst = false;
+    text.append(Compose(Amount(price, settings), " EUR (",
+                        kClassLetters.substr(static_cast<std::size_t>(number - 1), 1), ")"));
+  }
+  return text;
+}
+
+std::string Indented(std::string_view text) {
+  std::string result;
+  for (const std::string& line : internal::SplitLines(text)) {
+    result.append("    ").append(line).append(kCrLf);
+  }
+  return result;
+}
+
+std::string VatTable(clsZelTransAct& booking, const RegionalSettings& settings) {
+  std::string text =
+      "    K     Betrag |      USt. |     Satz\r\n"
+      "    -------------+-----------+----------\r\n";
+  for (const std::int32_t number : {1, 2, 3, 5}) {
+    Currency turnover;
+    Currency vat;
+    Currency rate;
+    booking.GetContainerValues(number, turnover, vat, rate);
+    const std::string percent = internal::FormatNumber(rate, internal::kTwoDecimals, settings) + " %";
+    text.append(Compose("    ", kClassLetters.substr(static_cast<std::size_t>(number - 1), 1), ": ",
+                        Amount(turnover, settings), " | ", Amount(vat, settings), " | ",
+                        PadLeft(percent, kPriceWidth), kCrLf));
+  }
+  return text;
+}
+
+}  // namespace
+
+template <class Body>
+std::string clsZelItemPrint::Render(std::string_view operation, clsVnError* errObj, Body&& body) {
+  std::string text = RunFor<std::string>(operation, std::forward<Body>(body));
+  if (!HasError()) {
+    return text;
+  }
+  if (errObj != nullptr) {
+    const clsVnError& own = ErrorObject();
+    errObj->SetError(own.ErrorNr(), own.ErrorMsg(), own.IsUserDef(), own.ErrorFunction());
+  }
+  return {};
+}
+
+clsZelItemPrint::clsZelItemPrint() : VnObject("clsZelItemPrint") {}
+
+clsZelItemPrint::~clsZelItemPrint() = default;
+
+std::string clsZelItemPrint::ToStringCI(std::shared_ptr<IVnZelItem> Item, clsVnError* ErrObj) {
+  constexpr std::string_view operation = "ToStringCI";
+  return Render(operation, ErrObj, [&]() -> std::string {
+    if (!Item) {
+      throw std::logic_error("no item");
+    }
+    const auto* const cashItem = dynamic_cast<const clsZelItemCash*>(Item.get());
+    if (cashItem == nullptr) {
+      const IVnZelItem& other = *Item;
+      Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
+           Compose("Der Typ \"", platform::ClassName(typeid(other)), "\" wird nicht unterstützt"), operation);
+      return {};
+    }
+    return ItemLines(*cashItem);
+  });
+}
+
+std::string clsZelItemPrint::ToStringCI(IVnZelItem& Item, clsVnError* ErrObj) {
+  return ToStringCI(Borrowed(Item), ErrObj);
+}
+
+std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem, clsVnError* ErrObj) {
+  constexpr std::string_view operation = "ToStringBI";
+  return Render(operation, ErrObj, [&]() -> std::string {
+    if (!BookItem) {
+      throw std::logic_error("no booking");
+    }
+    clsZelTransAct& booking = *BookItem;
+    const RegionalSettings settings = internal::CurrentRegionalSettings();
+    const bool isSigned = booking.ZelRespSeqNr() > Currency();
+    std::string text = Compose("      Kassen-Belegausgabe (Basisversion)", kCrLf,
+                               "    -====================================-", kCrLf, kCrLf,
+                               "    Belegdatum .............: ",
+                               internal::FormatDateMinutes(booking.TransactionDate(), settings), kCrLf,
+                               "    Bediener ...............: ", booking.Operator(), kCrLf, kCrLf);
+    if (!isSigned) {
+      text.append(WarningBox("        |    DIESER BELEG IST NOCH NICHT SIGNIERT! BITTE       |\r\n"
+                             "        |    ÜBERPRÜFEN SIE DIE BUCHUNGEN UND DEN ABLAUF       |\r\n"));
+      text.append(kCrLf);
+    }
+    Currency total;
+    CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
+    for (const std::shared_ptr<IVnZelItem>& item : booking) {
+      // The item may render itself with this very engine, which clears the error: nothing is filed before.
+      text.append(Indented(item->ToString()));
+      bool isThirdParty = false;
+      const bool isRendered = !item->HasError();
+      if (!isRendered || !item->GetPrices(prices, isThirdParty)) {
+        clsVnError& inner = item->ErrorObject();
+        FailAs(inner, inner.ErrorMsg(), Compose(operation, isRendered ? ".[GetPrices]" : ".[ToString]"));
+        return {};
+      }
+      for (const Currency price : prices) {
+        total += price;
+      }
+    }
+    text.append(Compose(std::string(45, ' '), std::string(18, '-'), kCrLf, std::string(45, ' '),
+                        Amount(total, settings), " EUR", kCrLf, kCrLf));
+    text.append(isSigned ? VatTable(booking, settings)
+                         : Compose("    USt-Auswertungen erst nach Signierung!", kCrLf));
+    text.append(Compose(kCrLf, "    Hashwert Posten ........: ",
+                        booking.GetItemHash(ZELHashFmt::Base32, isSigned, kHashGroup), kCrLf));
+    return text;
+  });
+}
+
+std::string clsZelItemPrint::ToStringBI(clsZelTransAct& BookItem, clsVnError* ErrObj) {
+  return ToStringBI(Borrowed(BookItem), ErrObj);
+}
+
+namespace internal {
+
+std::shared_ptr<clsZelItemPrint> CreateDefaultPrintEngine() { return std::make_shared<clsZelItemPrint>(); }
+
+std::string RenderItem(clsZelItemPrint& engine, IVnZelItem& item, clsVnError* errors) {
+  return engine.ToStringCI(Borrowed(item), errors);
+}
+
+std::string RenderBooking(clsZelItemPrint& engine, clsZelTransAct& booking, clsVnError* errors) {
+  return engine.ToStringBI(Borrowed(booking), errors);
+}
+
+}  // namespace internal
+
+}  // namespace VnZEL10cmn
