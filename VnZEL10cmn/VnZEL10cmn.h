@@ -1,5 +1,7 @@
 #pragma once
 
+#include "VnZEL10cmn/booking/DeviceDocument.h"
+#include "VnZEL10cmn/booking/ItemHolder.h"
 #include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/booking/clsZelTransAct.h"
@@ -7,6 +9,8 @@
 #include "VnZEL10cmn/booking/clsZelVatList.h"
 #include "VnZEL10cmn/codec/clsHelper01.h"
 #include "VnZEL10cmn/codec/clsSHA256.h"
+#include "VnZEL10cmn/datarecord/ZELDataSignTypes.h"
+#include "VnZEL10cmn/datarecord/clsZelTransActData.h"
 #include "VnZEL10cmn/device/ZelLifeCycle.h"
 #include "VnZEL10cmn/device/ZelTags.h"
 #include "VnZEL10cmn/device/ZelXmlTags.h"
@@ -23,7 +27,11 @@
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/clsZelItemList.h"
 #include "VnZEL10cmn/items/clsZelListItemFact.h"
+#include "VnZEL10cmn/render/Renderer.h"
 #include "VnZEL10cmn/render/clsZelItemPrint.h"
+#include "VnZEL10cmn/render/clsZelRprtPrint.h"
+#include "VnZEL10cmn/report/ZelReportType.h"
+#include "VnZEL10cmn/report/clsZelReport.h"
 #include "VnZEL10cmn/types/BoundedArray.h"
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"

@@ -116,7 +116,7 @@ bool clsZelContainer::ReadRecord(const ByteArray& data, std::int32_t& start) {
                 operation);
   }
   if (const auto refusal = internal::CheckRecordEnd(data, start)) {
-    return Fail(refusal->number, refusal->message, operation);
+    return Fail(*refusal, operation);
   }
   clsZelBaseCoding coder;
   const auto fail = [&](std::string_view accessor) {
@@ -160,11 +160,9 @@ bool clsZelContainer::ReadRecord(const ByteArray& data, std::int32_t& start) {
       case ZelTags::Trnvr_Vat_Changed:
         done = readFlag(vatChange_);
         break;
-      default: {
-        const internal::Refusal refusal = internal::UnexpectedTag(static_cast<std::uint8_t>(tag));
-        done = Fail(refusal.number, refusal.message, operation);
+      default:
+        done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation);
         break;
-      }
     }
   }
   if (done && position > end) {

@@ -6,13 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "VnZEL10cmn/booking/ZELHashFmt.h"
+#include "VnZEL10cmn/booking/ItemHolder.h"
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/booking/clsZelVatList.h"
-#include "VnZEL10cmn/codec/clsHelper01.h"
-#include "VnZEL10cmn/device/clsZelBaseCoding.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
-#include "VnZEL10cmn/items/clsZelItemList.h"
 
 namespace VnZEL10cmn {
 
@@ -22,25 +19,16 @@ class clsZelItemPrint;
 /// the `Request`, hand the device's answer back as `Response`; then the booking can be exported as XML.
 ///
 /// Nothing is locked by a request: whatever is changed after it shows in the next request only.
-class clsZelTransAct : public VnObject {
+class clsZelTransAct : public ItemHolder {
  public:
   /// A booking without items and VAT list, never dated, in euro (978), hashing with SHA-256.
   clsZelTransAct();
   ~clsZelTransAct();
 
-  using VnObject::LogHandler;
-  /// Attaches a log file, or none, also to the booking's coder, helper and item list.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
-
   /// Sets the VAT list, without which there is no request.
   void VatList(std::shared_ptr<clsZelVatList> Value);
   /// The VAT list, maybe none.
   std::shared_ptr<clsZelVatList> VatList() const;
-
-  /// The device profile of the item list.
-  const std::string& ZelProfile() const noexcept;
-  /// Sets the device profile of the item list.
-  void ZelProfile(std::string_view Value);
 
   /// Date and time of the booking.
   Date TransactionDate() const noexcept;
@@ -82,28 +70,6 @@ class clsZelTransAct : public VnObject {
   /// Sets the print engine behind `ToString`; none brings back the default one.
   void PrintEngine(std::shared_ptr<clsZelItemPrint> Value);
 
-  /// Sets the factory of decoded items; none brings back the default one.
-  void ItemFactory(std::shared_ptr<clsZelListItemFact> Value);
-
-  /// Whether items are hashed with SHA-256 (True, the default) or SHA-1.
-  bool UseSHA256() const noexcept;
-  /// Selects the item hash.
-  void UseSHA256(bool Value) noexcept;
-
-  /// Items in list order.
-  auto begin() const noexcept { return itemList_.begin(); }
-  /// Items in list order.
-  auto end() const noexcept { return itemList_.end(); }
-
-  /// Number of items.
-  std::int32_t ItemCount() const noexcept;
-
-  /// The item at a position counted from 1, or none.
-  std::shared_ptr<IVnZelItem> ItemI(std::int32_t Index) const;
-
-  /// The item with this instance ID, or none.
-  std::shared_ptr<IVnZelItem> ItemK(std::string_view InstanceID) const;
-
   /// The last response, Base64; empty before.
   const std::string& ZelRespData() const noexcept;
 
@@ -118,22 +84,6 @@ class clsZelTransAct : public VnObject {
 
   /// Signature of the last response, Base64.
   const std::string& ZelRespSignature() const noexcept;
-
-  /// Appends an item. Fails with 9306 when it is in the list already; the list's text is taken over.
-  bool AddItem(std::shared_ptr<IVnZelItem> Item);
-
-  /// Removes one item, see `clsZelItemList::RemoveItem`.
-  bool RemoveItem(const std::shared_ptr<IVnZelItem>& Item = nullptr, std::string_view ID = {},
-                  std::int32_t Index = -1);
-
-  /// Removes all items; the arguments have no influence.
-  bool ClearItems(const std::shared_ptr<IVnZelItem>& Item = nullptr, std::string_view ID = {},
-                  std::int32_t Index = -1);
-
-  /// The item hash as text: of the last request or import (`FromMem`), or of the present items. Base64 and
-  /// Base32 texts are cut into groups of `GroupLen` characters with "-", Base16 as by `GetBinStrOfBytes`.
-  /// Empty when there is nothing to hash; "##FEHLER##" after a failure (9000).
-  std::string GetItemHash(ZELHashFmt HashFmt, bool FromMem = false, std::int32_t GroupLen = 0);
 
   /// Turnover, VAT and VAT rate of container number 1 to 6; other numbers count as the nearest. Always True.
   bool GetContainerValues(std::int32_t Index, Currency& Turnover, Currency& VatValue, Currency& VATrate);
@@ -165,11 +115,7 @@ class clsZelTransAct : public VnObject {
   std::string ToString();
 
  private:
-  bool EncodeItems(ByteArray& data);
   bool EncodeRqst(ByteArray& data);
-  bool EncodeResp(ByteArray& data);
-  bool GenItemHash(bool fromMem, ByteArray& data);
-  bool DecodeItems(const ByteArray& data);
   bool DecodeRqst(const ByteArray& data);
   bool DecodeResp(const ByteArray& data);
   bool EncodeXML(std::string& xmlData, std::int32_t intent);
@@ -181,12 +127,8 @@ class clsZelTransAct : public VnObject {
   bool FillContainers(clsZelVatItem& rates);
   bool WriteRequest(ByteArray& data, std::int32_t& position, const ByteArray& hash);
   bool DecodeRqstRecord(const ByteArray& data, std::int32_t& position);
-  bool RefreshItemHash(std::string_view function, std::string_view header);
   void ResetContainers();
 
-  clsZelBaseCoding coder_;
-  clsHelper01 helper_;
-  clsZelItemList itemList_;
   std::array<clsZelContainer, 6> containers_;
   std::shared_ptr<clsZelVatList> vatList_;
   std::shared_ptr<clsZelItemPrint> printEngine_;
@@ -196,11 +138,6 @@ class clsZelTransAct : public VnObject {
   bool isTaxExcl_ = false;
   bool isTraining_ = false;
   bool isDeliveryNote_ = false;
-  bool useSha256_ = true;
-  std::string itemHash_;
-  std::string itemListText_;
-  std::string rqstData_;
-  std::string respData_;
   std::string respTpId_;
   Currency respTpIdNr_;
   Currency respSeqNr_;

@@ -409,7 +409,7 @@ bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std
       refusal = SelectRange(Data, Start, Count, range);
     }
     if (refusal) {
-      return Fail(refusal->number, refusal->message, operation);
+      return Fail(*refusal, operation);
     }
     std::string text = internal::EncodeBase64(range);
     if (LineLen >= 12) {
@@ -439,7 +439,7 @@ bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std
       refusal = internal::IsAscii(text) ? DecodeBase64(text, replacements, Result)
                                         : DecodeBase64(ToUtf16(text), replacements, Result);
     }
-    return refusal ? Fail(refusal->number, refusal->message, operation) : true;
+    return refusal ? Fail(*refusal, operation) : true;
   });
 }
 
@@ -449,7 +449,7 @@ bool clsHelper01::ToBase32String(const ByteArray& Data, std::string& Result, std
   return Run(operation, [&] {
     Bytes range;
     if (const auto refusal = SelectRange(Data, Start, Count, range)) {
-      return Fail(refusal->number, refusal->message, operation);
+      return Fail(*refusal, operation);
     }
     std::string text = internal::EncodeBase32(range, HexEnc);
     Result = LineLen >= 16 ? internal::BreakLines(text, static_cast<std::size_t>(LineLen)) : std::move(text);
@@ -465,7 +465,7 @@ bool clsHelper01::GetBytesOfBinStr(std::string_view Data, ByteArray& Result) {
     }
     const std::string text = internal::Upper(Without(Data, "- \r\n"));
     const auto refusal = internal::IsAscii(text) ? DecodeHex(text, Result) : DecodeHex(ToUtf16(text), Result);
-    return refusal ? Fail(refusal->number, refusal->message, operation) : true;
+    return refusal ? Fail(*refusal, operation) : true;
   });
 }
 
@@ -474,11 +474,12 @@ bool clsHelper01::GetBinStrOfBytes(const ByteArray& Data, std::string& Result, s
   constexpr std::string_view operation = "GetBinStrOfBytes";
   return Run(operation, [&] {
     if (const auto refusal = CheckLowerBound(Data)) {
-      return Fail(refusal->number, refusal->message, operation);
+      return Fail(*refusal, operation);
     }
-    std::string separator = internal::Utf16Left(SepStr, 1);
-    if (separator.size() == 1 && internal::HexValue(UnitOf(separator[0])) >= 0) {
-      separator.clear();
+    const std::string given = internal::Utf16Left(SepStr, 1);
+    std::string_view separator = given;
+    if (given.size() == 1 && internal::HexValue(UnitOf(given[0])) >= 0) {
+      separator = {};
     }
     if (separator.empty() && GroupLen >= 1) {
       separator = "-";
@@ -489,7 +490,10 @@ bool clsHelper01::GetBinStrOfBytes(const ByteArray& Data, std::string& Result, s
     const std::size_t spare = GroupLen < 1 ? 0 : 1;
     std::string text;
     for (std::size_t at = 0; digits.size() - at >= group + spare; at += group) {
-      text.append(at == 0 ? "" : separator).append(digits, at, group);
+      if (at > 0) {
+        text.append(separator);
+      }
+      text.append(digits, at, group);
     }
     Result = std::move(text);
     return true;
@@ -507,7 +511,7 @@ bool clsHelper01::GetSHA1Hash1(const ByteArray& Data, ByteArray& Result) {
   constexpr std::string_view operation = "GetSHA1Hash1";
   return Run(operation, [&] {
     if (const auto refusal = CheckLowerBound(Data)) {
-      return Fail(refusal->number, refusal->message, operation);
+      return Fail(*refusal, operation);
     }
     Result = ArrayOf(internal::Sha1(From(Data, 0)));
     return true;
@@ -532,7 +536,7 @@ bool clsHelper01::GetSHA256Hash1(const ByteArray& Data, ByteArray& Result) {
   constexpr std::string_view operation = "GetSHA256Hash1";
   return Run(operation, [&] {
     if (const auto refusal = CheckLowerBound(Data)) {
-      return Fail(refusal->number, refusal->message, operation);
+      return Fail(*refusal, operation);
     }
     Result = ArrayOf(internal::Sha256OfCodePageBytes(From(Data, 0)));
     return true;

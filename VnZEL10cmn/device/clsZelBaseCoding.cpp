@@ -269,7 +269,7 @@ template <class Body>
 bool clsZelBaseCoding::Code(std::string_view operation, Body&& body) {
   return Run(operation, [&] {
     const MaybeRefusal refusal = body();
-    return refusal ? Fail(refusal->number, refusal->message, operation) : true;
+    return refusal ? Fail(*refusal, operation) : true;
   });
 }
 

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
+#include "VnZEL10cmn/errors/internal/Refusal.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
 
 namespace VnZEL10cmn {
@@ -32,6 +33,10 @@ std::string VnObject::IdentityForErrors() { return platform::CreateGuid(); }
 bool VnObject::Fail(ZELErrorCodes number, std::string_view message, std::string_view function) {
   ErrorObject().SetError(static_cast<std::int32_t>(number), message, true, function);
   return false;
+}
+
+bool VnObject::Fail(const internal::Refusal& refusal, std::string_view function) {
+  return Fail(refusal.number, refusal.message, function);
 }
 
 bool VnObject::FailAs(clsVnError& inner, std::string_view message, std::string_view function) {

@@ -13,6 +13,10 @@ namespace VnZEL10cmn {
 
 class clsVnLogFile;
 
+namespace internal {
+struct Refusal;
+}
+
 /// What every class of the library has in common: the error object, the log handler, and the course of a
 /// public operation. Operations never throw what went wrong inside them: they return False (or an empty
 /// text) and leave number, message and function in `ErrorObject`, and in the log file when one is attached.
@@ -75,6 +79,9 @@ class VnObject {
 
   /// Files a failure that the library raises itself. Always False.
   bool Fail(ZELErrorCodes number, std::string_view message, std::string_view function);
+
+  /// The same for a reason that was met further down.
+  bool Fail(const internal::Refusal& refusal, std::string_view function);
 
   /// Files a failure that another object reported: its number and user-defined mark, this message. Always
   /// False.

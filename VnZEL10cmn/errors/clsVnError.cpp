@@ -26,9 +26,9 @@ std::string HexOf(std::int32_t number) {
   const auto bits = static_cast<std::uint32_t>(number);
   std::string text;
   for (int shift = 24; shift >= 0; shift -= 8) {
-    text.append(internal::HexDigits(static_cast<std::uint8_t>(bits >> shift)));
+    text.append(shift == 8 ? " " : "").append(internal::HexDigits(static_cast<std::uint8_t>(bits >> shift)));
   }
-  return text.insert(4, " ");
+  return text;
 }
 
 }  // namespace

@@ -240,7 +240,7 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
   constexpr std::string_view operation = "BinaryDataSet";
   Clear();
   if (const auto refusal = internal::CheckRecordEnd(data, start)) {
-    return Fail(refusal->number, refusal->message, operation);
+    return Fail(*refusal, operation);
   }
   clsZelBaseCoding coder;
   const auto fail = [&](std::string_view accessor) {
@@ -300,11 +300,9 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
         }
         break;
       }
-      default: {
-        const internal::Refusal refusal = internal::UnexpectedTag(static_cast<std::uint8_t>(tag));
-        done = Fail(refusal.number, refusal.message, operation);
+      default:
+        done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation);
         break;
-      }
     }
   } while (done && start < data.UBound());
   return done;

@@ -4,9 +4,11 @@
 #include <typeinfo>
 #include <utility>
 
+#include "VnZEL10cmn/datarecord/internal/DataPrintEngine.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/platform/internal/ClassName.h"
+#include "VnZEL10cmn/render/internal/Borrowed.h"
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -34,12 +36,6 @@ constexpr std::string_view kBoxTitle =
     "        |                 -= A C H T U N G =-                  |\r\n"
     "        |               =======================                |\r\n";
 
-/// A reference to an object that its caller keeps.
-template <class Object>
-std::shared_ptr<Object> Borrowed(Object& object) {
-  return std::shared_ptr<Object>(std::shared_ptr<void>(), &object);
-}
-
 std::string Amount(Currency value, const RegionalSettings& settings) {
   return PadLeft(internal::FormatNumber(value, internal::kAmount, settings), kPriceWidth);
 }
@@ -52,8 +48,7 @@ std::string ItemLines(const clsZelItemCash& item) {
   const RegionalSettings settings = internal::CurrentRegionalSettings();
   const std::string quantity = internal::FormatNumber(item.Quantity(), internal::kOneDecimal, settings);
   std::string text = internal::Utf16Right(PadLeft(quantity, kQuantityWidth), kQuantityWidth);
-  text.append(item.Unit().empty() ? std::string(kUnitWidth + 1, ' ') : " " + PadRight(item.Unit(), kUnitWidth));
-  text.append(" ").append(PadRight(item.Name(), kNameWidth));
+  text.append(Compose(" ", PadRight(item.Unit(), kUnitWidth), " ", PadRight(item.Name(), kNameWidth)));
   bool isFirst = true;
   for (std::int32_t number = 1; number <= 6; ++number) {
     const Currency price = item.Price(number);
@@ -95,22 +90,40 @@ std::string VatTable(clsZelTransAct& booking, const RegionalSettings& settings) 
   return text;
 }
 
-}  // namespace
-
-template <class Body>
-std::string clsZelItemPrint::Render(std::string_view operation, clsVnError* errObj, Body&& body) {
-  std::string text = RunFor<std::string>(operation, std::forward<Body>(body));
-  if (!HasError()) {
-    return text;
+std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& settings) {
+  const auto whole = [&settings](Currency value) { return internal::FormatNumber(value, internal::kWhole, settings); };
+  const bool isAnswered = !record.ZelRespData().empty();
+  const ZELDataSignTypes type = record.DataSignType();
+  const std::string date = internal::FormatDateMinutes(record.TransactionDate(), settings);
+  std::string text = Compose("      Kassen-Signaturbeleg (Basisversion)", kCrLf,
+                             "    -=====================================-", kCrLf, kCrLf);
+  text.append(type == ZELDataSignTypes::DataAndTime ? Compose("    Beleg- / Signaturdatum .: ", date)
+                                                    : "    Beleg / Signatur ohne Datum ");
+  text.append(kCrLf).append(kCrLf);
+  if (!isAnswered) {
+    text.append(WarningBox("        |    DIESE DATEN SIND NOCH NICHT SIGNIERT! BITTE       |\r\n"
+                           "        |    ÜBERPRÜFEN SIE DIE DATEN UND DEN ABLAUF           |\r\n"));
+    text.append(kCrLf);
   }
-  if (errObj != nullptr) {
-    const clsVnError& own = ErrorObject();
-    errObj->SetError(own.ErrorNr(), own.ErrorMsg(), own.IsUserDef(), own.ErrorFunction());
+  const std::string_view name = type == ZELDataSignTypes::DataAndTime   ? "Daten mit Zeitstempel"
+                                : type == ZELDataSignTypes::DataAndTpID ? "Daten mit ZEL-ID"
+                                                                        : "nur Daten";
+  text.append(Compose("    Daten signiert als .....: \"", name, "\"", kCrLf));
+  if (type == ZELDataSignTypes::DataAndTpID || type == ZELDataSignTypes::DataAndTime) {
+    text.append(Compose("        ZEL - ID ...........: ", record.ZelRespTpID(), kCrLf,
+                        "        ZEL - Nr ...........: ", whole(record.ZelRespTpIDNr()), kCrLf));
   }
-  return {};
+  if (type == ZELDataSignTypes::DataAndTime) {
+    text.append(Compose("        Zeitstempel ........: ", date, kCrLf));
+  }
+  return text.append(Compose("        Sequenznummer ......: ", whole(record.ZelRespSeqNr()), kCrLf,
+                             "        Hashkode Daten .....: ",
+                             record.GetDataHash(ZELHashFmt::Base32, isAnswered, kHashGroup), kCrLf));
 }
 
-clsZelItemPrint::clsZelItemPrint() : VnObject("clsZelItemPrint") {}
+}  // namespace
+
+clsZelItemPrint::clsZelItemPrint() : Renderer("clsZelItemPrint") {}
 
 clsZelItemPrint::~clsZelItemPrint() = default;
 
@@ -132,7 +145,7 @@ std::string clsZelItemPrint::ToStringCI(std::shared_ptr<IVnZelItem> Item, clsVnE
 }
 
 std::string clsZelItemPrint::ToStringCI(IVnZelItem& Item, clsVnError* ErrObj) {
-  return ToStringCI(Borrowed(Item), ErrObj);
+  return ToStringCI(internal::Borrowed(Item), ErrObj);
 }
 
 std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem, clsVnError* ErrObj) {
@@ -181,7 +194,20 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
 }
 
 std::string clsZelItemPrint::ToStringBI(clsZelTransAct& BookItem, clsVnError* ErrObj) {
-  return ToStringBI(Borrowed(BookItem), ErrObj);
+  return ToStringBI(internal::Borrowed(BookItem), ErrObj);
+}
+
+std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem, clsVnError* ErrObj) {
+  return Render("ToStringTRdata", ErrObj, [&] {
+    if (!BookItem) {
+      throw std::logic_error("no data record");
+    }
+    return DataReceipt(*BookItem, internal::CurrentRegionalSettings());
+  });
+}
+
+std::string clsZelItemPrint::ToStringTRdata(clsZelTransActData& BookItem, clsVnError* ErrObj) {
+  return ToStringTRdata(internal::Borrowed(BookItem), ErrObj);
 }
 
 namespace internal {
@@ -194,6 +220,10 @@ std::string RenderItem(clsZelItemPrint& engine, IVnZelItem& item, clsVnError* er
 
 std::string RenderBooking(clsZelItemPrint& engine, clsZelTransAct& booking, clsVnError* errors) {
   return engine.ToStringBI(Borrowed(booking), errors);
+}
+
+std::string RenderDataRecord(clsZelItemPrint& engine, clsZelTransActData& record, clsVnError* errors) {
+  return engine.ToStringTRdata(Borrowed(record), errors);
 }
 
 }  // namespace internal

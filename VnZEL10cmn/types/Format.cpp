@@ -67,7 +67,8 @@ std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSe
 
 std::string FormatHundredfold(Currency value) {
   const std::uint64_t rounded = DropDecimals(Magnitude(value.Scaled()), 2);
-  return (value.Scaled() < 0 && rounded != 0 ? "-" : "") + std::to_string(rounded);
+  std::string text = value.Scaled() < 0 && rounded != 0 ? "-" : "";
+  return text.append(std::to_string(rounded));
 }
 
 std::string FormatDateTime(Date value, const RegionalSettings& settings) {

@@ -25,6 +25,8 @@ inline constexpr NumberPattern kWhole{0, 0, false};        ///< "#0"
 inline constexpr NumberPattern kOneDecimal{1, 1, false};   ///< "#0.0"
 inline constexpr NumberPattern kTwoDecimals{2, 2, false};  ///< "#0.00"
 inline constexpr NumberPattern kAmount{2, 2, true};        ///< "#,##0.00"
+inline constexpr NumberPattern kGroupedWhole{0, 0, true};       ///< "#,##0"
+inline constexpr NumberPattern kGroupedOneDecimal{1, 1, true};  ///< "#,##0.0"
 inline constexpr NumberPattern kQuantity{0, 4, false};     ///< "#0.####" without a bare separator at the end
 
 /// A number with these characters.

@@ -1,0 +1,166 @@
+#include "VnZEL10cmn/booking/ItemHolder.h"
+
+#include <span>
+#include <utility>
+
+#include "VnZEL10cmn/booking/internal/Exchange.h"
+#include "VnZEL10cmn/types/internal/Text.h"
+
+namespace VnZEL10cmn {
+
+using internal::Compose;
+using internal::kCrLf;
+using internal::Via;
+
+namespace {
+
+constexpr std::string_view kEncodeItemsHeader = "Buchung: Kodieren der Postenliste nicht möglich!\r\n";
+constexpr std::string_view kDecodeItemsHeader = "Buchung: Dekodieren der Postenliste nicht möglich!\r\n";
+
+/// The first `length` elements of a zero-based array.
+ByteArray FirstBytes(const ByteArray& data, std::int32_t length) {
+  return ByteArray(std::span<const std::uint8_t>(data.data(), static_cast<std::size_t>(length)));
+}
+
+}  // namespace
+
+ItemHolder::ItemHolder(std::string_view className, bool useSha256) : DeviceDocument(className), useSha256_(useSha256) {}
+
+ItemHolder::~ItemHolder() = default;
+
+void ItemHolder::LogHandler(std::shared_ptr<clsVnLogFile> Value) {
+  coder_.LogHandler(Value);
+  itemList_.LogHandler(Value);
+  DeviceDocument::LogHandler(std::move(Value));
+}
+
+const std::string& ItemHolder::ZelProfile() const noexcept { return itemList_.ZelProfile(); }
+
+void ItemHolder::ZelProfile(std::string_view Value) { itemList_.ZelProfile(Value); }
+
+void ItemHolder::ItemFactory(std::shared_ptr<clsZelListItemFact> Value) {
+  itemList_.ItemFactory(std::move(Value));
+}
+
+bool ItemHolder::UseSHA256() const noexcept { return useSha256_; }
+
+void ItemHolder::UseSHA256(bool Value) noexcept { useSha256_ = Value; }
+
+std::int32_t ItemHolder::ItemCount() const noexcept { return itemList_.ItemCount(); }
+
+std::shared_ptr<IVnZelItem> ItemHolder::ItemI(std::int32_t Index) const { return itemList_.ItemI(Index); }
+
+std::shared_ptr<IVnZelItem> ItemHolder::ItemK(std::string_view InstanceID) const {
+  return itemList_.ItemK(InstanceID);
+}
+
+bool ItemHolder::AddItem(std::shared_ptr<IVnZelItem> Item) {
+  constexpr std::string_view operation = "AddItem";
+  return Run(operation, [&] {
+    clsVnError& inner = itemList_.ErrorObject();
+    return itemList_.AddItem(std::move(Item)) || FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
+  });
+}
+
+bool ItemHolder::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID, std::int32_t Index) {
+  constexpr std::string_view operation = "RemoveItem";
+  return Run(operation, [&] {
+    clsVnError& inner = itemList_.ErrorObject();
+    return itemList_.RemoveItem(Item, ID, Index) || FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
+  });
+}
+
+bool ItemHolder::ClearItems(const std::shared_ptr<IVnZelItem>&, std::string_view, std::int32_t) {
+  return Run("ClearItems", [&] { return itemList_.Clear(); });
+}
+
+std::string ItemHolder::GetItemHash(ZELHashFmt HashFmt, bool FromMem, std::int32_t GroupLen) {
+  constexpr std::string_view operation = "GetItemHash";
+  return RunFor<std::string>(operation, [&] {
+    ByteArray hash;
+    std::string text;
+    if (!GenItemHash(FromMem, hash) || !internal::HashText(helper_, coder_, hash, HashFmt, GroupLen, text)) {
+      Fail(internal::HashOutputFailed(), operation);
+      text = internal::kHashFailed;
+    }
+    return text;
+  });
+}
+
+bool ItemHolder::GenItemHash(bool fromMem, ByteArray& data) {
+  constexpr std::string_view function = "GenItemHash";
+  const auto fail = [&](std::string_view reason) { return Fail(internal::HashNotMade(reason), function); };
+  data = {};
+  if (fromMem) {
+    return itemHash_.empty() || helper_.FromBase64String(itemHash_, data) || fail(internal::kStoredHashUnreadable);
+  }
+  if (ItemCount() == 0) {
+    return true;
+  }
+  std::string hash;
+  if (!itemList_.GetItemHash(useSha256_, false, false, hash)) {
+    return fail("Der Hashwert konnte nicht aus den\r\nEinzelposten ermittelt werden.");
+  }
+  return helper_.FromBase64String(hash, data) ||
+         fail("Die erzeugten Daten konnten nicht in das\r\nbinäre Datenfeld geschrieben werden.");
+}
+
+bool ItemHolder::EncodeItems(ByteArray& data) {
+  constexpr std::string_view function = "EncodeItems";
+  const auto fail = [&](std::string_view reason, std::string_view where) {
+    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(kEncodeItemsHeader, reason), where);
+  };
+  if (ItemCount() == 0) {
+    return fail("Es sind keine Posteneinträge vorhanden, Buchungen.\r\nohne Posten sind jedoch nicht zulässig!",
+                function);
+  }
+  std::int32_t length = 0;
+  if (!itemList_.BinaryDataGet(data, length)) {
+    return fail("Die Daten konnten nicht aus dem Listenobjekt gelesen werden.", Via(function, "BinaryDataSet"));
+  }
+  data = FirstBytes(data, length);
+  if (!helper_.ToBase64String(data, itemListText_)) {
+    return fail("Die Daten konnten nicht in das Base64-Format\r\nüberführt werden.", Via(function, "ToBase64String"));
+  }
+  return RefreshItemHash(function, kEncodeItemsHeader);
+}
+
+bool ItemHolder::RefreshItemHash(std::string_view function, std::string_view header) {
+  return itemList_.GetItemHash(useSha256_, false, false, itemHash_) ||
+         Fail(ZELErrorCodes::Err_Ser_Failed,
+              Compose(header, "Der Hashcode der Buchungsposten konnte nicht in", kCrLf,
+                      "das Base64-Format überführt werden."),
+              Via(function, "mObjItemList.GetItemHash"));
+}
+
+bool ItemHolder::EncodeResp(ByteArray& data) {
+  return DeviceDocument::EncodeResp("Buchung: Kodieren der ZEL-Antwort nicht möglich!\r\n", data);
+}
+
+bool ItemHolder::TakeIn(ZELSerialType type, const ByteArray& data, std::int32_t start, std::int32_t dataLen,
+                        std::string_view header, ByteArray& bytes) {
+  constexpr std::string_view operation = "BinaryDataSet";
+  if (type != ZELSerialType::ItemList && type != ZELSerialType::Request && type != ZELSerialType::Response) {
+    return Fail(internal::UnsupportedType({}, type), operation);
+  }
+  const auto refusal = internal::CopyIn(data, start, dataLen, header, bytes);
+  return refusal ? Fail(*refusal, operation) : true;
+}
+
+bool ItemHolder::DecodeItems(const ByteArray& data) {
+  constexpr std::string_view function = "DecodeItems";
+  const auto fail = [&](std::string_view reason, std::string_view callee) {
+    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(kDecodeItemsHeader, reason), Via(function, callee));
+  };
+  itemList_.Clear();
+  std::int32_t start = 0;
+  if (!itemList_.BinaryDataSet(data, start)) {
+    return fail("Das Listenobjekt meldete einen Fehler", "mObjItemList.BinaryDataSet");
+  }
+  if (!helper_.ToBase64String(data, itemListText_)) {
+    return fail("Das Wandeln der Daten in Base64 schlug fehl", "ToBase64String");
+  }
+  return RefreshItemHash(function, kDecodeItemsHeader);
+}
+
+}  // namespace VnZEL10cmn

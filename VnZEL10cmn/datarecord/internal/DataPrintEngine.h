@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "VnZEL10cmn/errors/clsVnError.h"
+
+namespace VnZEL10cmn {
+
+class clsZelItemPrint;
+class clsZelTransActData;
+
+namespace internal {
+
+/// The engine's text of a data record. The engine stands above data records: this is defined beside it.
+std::string RenderDataRecord(clsZelItemPrint& engine, clsZelTransActData& record, clsVnError* errors);
+
+}  // namespace internal
+}  // namespace VnZEL10cmn
