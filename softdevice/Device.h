@@ -1,0 +1,140 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// The software signing device: signs what a till books where no signing hardware is at hand.
+/// For development and tests only; it is no certified device. docs/softdevice.md says what is signed.
+namespace softdevice {
+
+/// What a device is asked to do with a request.
+enum class Command : std::uint8_t {
+  SignBooking = 1  ///< sign the request of a booking
+};
+
+/// Why a request was refused.
+enum class RefusalCode : std::uint8_t {
+  None = 0,              ///< not refused
+  UnknownCommand = 1,    ///< the command is none of `Command`
+  Framing = 2,           ///< a record is cut off, or its length byte is above 127
+  UnexpectedRecord = 3,  ///< a record is unknown here, out of order, or given twice
+  MissingRecord = 4,     ///< the request or a container ends before a mandatory record
+  Length = 5,            ///< a record's value has a length that its tag doesn't allow
+  Value = 6,             ///< a record's value is wrongly coded or out of range
+  CounterExhausted = 7,  ///< all 4,294,967,295 sequence numbers are used up
+  Busy = 8,              ///< other processes kept the device file locked beyond `OpenOptions::busyTimeout`
+  Storage = 9,           ///< the device file can't be read or written: full disk, damage, lost permissions
+  Internal = 10          ///< the signature couldn't be made, or memory ran out
+};
+
+/// The name of a refusal code as it is written above, such as "MissingRecord".
+[[nodiscard]] const char* ToString(RefusalCode code) noexcept;
+
+/// What the device answers.
+struct Answer {
+  bool accepted = false;                 ///< whether the request was recorded and signed
+  RefusalCode code = RefusalCode::None;  ///< why not; `None` when accepted
+  std::string reason;                  ///< why not, in one line: position, tag, what was expected; else empty
+  std::vector<std::uint8_t> response;  ///< the response's records; empty when refused
+  std::uint32_t sequenceNumber = 0;    ///< the number that the booking got; 0 when refused
+};
+
+/// A device file that can't be opened or made: `what()` is one line that names the file and the reason.
+class DeviceError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// How a device file is opened.
+struct OpenOptions {
+  /// Makes the device, with a new key, where the file doesn't exist or is empty.
+  bool create = false;
+  /// Taxpayer ID of a new device: 1 to 32 characters, codes 32 to 127. An existing device keeps its own.
+  std::string taxpayerId;
+  /// Running number of a new device for that taxpayer, at least 1. An existing device keeps its own.
+  std::uint32_t runningNumber = 1;
+  /// How long one operation waits for other processes that hold the file.
+  std::chrono::milliseconds busyTimeout{10'000};
+};
+
+/// A request that the device signed, as it was recorded.
+struct SignedRequest {
+  std::uint32_t sequenceNumber = 0;        ///< the number that it got
+  Command command = Command::SignBooking;  ///< what the device was asked to do
+  std::vector<std::uint8_t> request;       ///< byte by byte as it was given
+  std::vector<std::uint8_t> response;      ///< byte by byte as it was answered
+};
+
+/// What was booked in one month on one container. Amounts are in cents.
+struct Total {
+  std::int32_t month = 0;      ///< year * 100 + month, such as 202612, of the booking date
+  std::uint8_t container = 0;  ///< 225..230 VAT classes, 231 third party, 232 delivery notes, 233 training
+  std::int64_t turnover = 0;   ///< sum of the turnovers, negative prices subtracted
+  std::int64_t turnoverNegative = 0;  ///< sum of the negative turnovers, without sign
+  std::int64_t vat = 0;               ///< sum of the VAT amounts
+  std::int32_t vatRate = 0;           ///< last rate in hundredths of a percent; 0 for 231..233
+  std::uint32_t bookings = 0;         ///< number of bookings that counted here
+  bool overflow = false;              ///< a sum went beyond 15 digits and goes on with its last 15 digits
+  bool vatChanged = false;            ///< the rate differed between two bookings of the month
+
+  bool operator==(const Total&) const = default;  ///< whether all members are equal
+};
+
+/// A software signing device on one file, which holds its key, identity, counters, totals and all that
+/// it signed.
+///
+/// Several devices, in any number of processes, may stand on the same file at once; each request gets its own
+/// sequence number. One object belongs to one thread at a time. Don't carry an object across `fork()`.
+class Device {
+ public:
+  /// Opens the device file at `path`, or makes it (`OpenOptions::create`) readable and writable for its owner
+  /// only. Throws `DeviceError` when there is no such file, it is no device file, it or its folder can't be
+  /// used, or a new device's identity is not valid; nothing is changed or left behind then but possibly an
+  /// empty file.
+  [[nodiscard]] static Device Open(const std::filesystem::path& path, const OpenOptions& options = {});
+
+  Device(Device&&) noexcept;             ///< the source may only be destroyed or assigned to
+  Device& operator=(Device&&) noexcept;  ///< the source may only be destroyed or assigned to
+  Device(const Device&) = delete;
+  Device& operator=(const Device&) = delete;
+  ~Device();
+
+  /// Checks the request, and signs and records it under the next sequence number. Any bytes end in an answer.
+  /// When it is accepted it is on the disk already; when it is refused nothing is recorded and no number is
+  /// used (only where the storage fails so that even this can't be found out, the reason says so).
+  [[nodiscard]] Answer Execute(Command command, std::span<const std::uint8_t> request);
+
+  /// The request recorded under this sequence number, if any.
+  /// Throws `DeviceError` when the file can't be read.
+  [[nodiscard]] std::optional<SignedRequest> Find(std::uint32_t sequenceNumber) const;
+
+  /// The last sequence number given, 0 when there is none yet.
+  /// Throws `DeviceError` when the file can't be read.
+  [[nodiscard]] std::uint32_t LastSequenceNumber() const;
+
+  /// All totals, by month and container. Throws `DeviceError` when the file can't be read.
+  [[nodiscard]] std::vector<Total> Totals() const;
+
+  /// The taxpayer ID that the device was made with.
+  [[nodiscard]] const std::string& TaxpayerId() const noexcept;
+
+  /// The running number that the device was made with.
+  [[nodiscard]] std::uint32_t RunningNumber() const noexcept;
+
+  /// The public key with which anybody can verify what this device signed ("-----BEGIN PUBLIC KEY-----" ...).
+  [[nodiscard]] const std::string& PublicKeyPem() const noexcept;
+
+ private:
+  struct State;
+  explicit Device(std::unique_ptr<State> state) noexcept;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace softdevice
