@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
@@ -287,6 +288,11 @@ clsZelBaseCoding::clsZelBaseCoding() : VnObject("clsZelBaseCoding") {}
 
 clsZelBaseCoding::~clsZelBaseCoding() = default;
 
+void clsZelBaseCoding::LogHandler(std::shared_ptr<clsVnLogFile> Value) {
+  helper_.LogHandler(Value);
+  VnObject::LogHandler(std::move(Value));
+}
+
 bool clsZelBaseCoding::DataReadBaseCheck(const ByteArray& Buffer, std::int32_t Start, std::string& Message,
                                          ZELErrorCodes& VnErrNr, std::int32_t MinLen, std::int32_t MaxLen,
                                          ZelTags Tag) {
@@ -450,7 +456,7 @@ bool clsZelBaseCoding::SetZelHash(ByteArray& Buffer, std::int32_t& Start, bool I
 bool clsZelBaseCoding::SetZelHash2(ByteArray& Buffer, std::int32_t& Start, bool IsTrans, std::string_view HASH) {
   return Code("SetZelHash2", Start, [&]() -> MaybeRefusal {
     ByteArray hash;
-    if (!clsHelper01().FromBase64String(HASH, hash)) {
+    if (!helper_.FromBase64String(HASH, hash)) {
       return Refusal{ZELErrorCodes::Err_Cmn_NotSpec,
                      Compose("Der übergebene Zeichenfolge konnte nicht als Hash", kCrLf,
                              "geschreiben werden da eine Konvertierung aus Base64", kCrLf, "fehlschlug!")};
@@ -599,10 +605,9 @@ std::string clsZelBaseCoding::ToStringZelState(ZelLifeCycle State) {
 bool clsZelBaseCoding::GetZelSingatureString(const ByteArray& Buffer, std::string& Result, std::int32_t GroupLen,
                                              std::string_view GroupSep, bool AsBase32) {
   return Run("GetZelSingatureString", [&] {
-    clsHelper01 helper;
     std::string text;
-    if (!(AsBase32 ? helper.ToBase32String(Buffer, text) : helper.ToBase64String(Buffer, text))) {
-      return FailAs(helper.ErrorObject(), helper.ErrorObject().ErrorMsg(),
+    if (!(AsBase32 ? helper_.ToBase32String(Buffer, text) : helper_.ToBase64String(Buffer, text))) {
+      return FailAs(helper_.ErrorObject(), helper_.ErrorObject().ErrorMsg(),
                     AsBase32 ? "GetZelSingatureString.[ToBase32String]" : "GetZelSingatureString.[ToBase64String]");
     }
     Result = Grouped(std::move(text), GroupLen, GroupSep);

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "VnZEL10cmn/codec/clsHelper01.h"
 #include "VnZEL10cmn/device/ZelLifeCycle.h"
 #include "VnZEL10cmn/device/ZelTags.h"
 #include "VnZEL10cmn/device/ZelXmlTags.h"
@@ -28,6 +29,10 @@ class clsZelBaseCoding : public VnObject {
   /// A coder without a log file.
   clsZelBaseCoding();
   ~clsZelBaseCoding();
+
+  using VnObject::LogHandler;
+  /// Attaches a log file, or none, also to the coder's helper.
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
 
   /// Whether a complete record can be read at `Start`: its value between `MinLen` and `MaxLen` bytes (-1: no
   /// limit), its tag `Tag` (none: any). A failure shows in `Message` and `VnErrNr` only, not in the error
@@ -132,8 +137,8 @@ class clsZelBaseCoding : public VnObject {
   /// value is a run-time fault (9).
   bool GetZelCounter(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency& Result);
 
-  /// Writes a counter, 0 to 4294967295, big endian without leading zero bytes; what no 32 bits hold is a
-  /// run-time fault (6).
+  /// Writes a counter, 0 to 4294967295, big endian without leading zero bytes; -1 to -2147483648 are written
+  /// as their two's complement, and what no 32 bits hold is a run-time fault (6).
   bool SetZelCounter(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency Data);
 
   /// Reads an amount of 1 to 6 bytes of signed BCD, `LongVal` 1 to 8.
@@ -215,6 +220,8 @@ class clsZelBaseCoding : public VnObject {
   /// The same for an operation without a record.
   template <class Body>
   bool Code(std::string_view operation, Body&& body);
+
+  clsHelper01 helper_;
 };
 
 }  // namespace VnZEL10cmn

@@ -156,9 +156,12 @@ bool clsZelItemCash::SetItemData(Currency Quantity, std::string_view Name, std::
     if (HasError()) {
       return false;
     }
+    // The texts given may be the item's own.
+    std::string name(internal::Trim(Name));
+    std::string unit(internal::Trim(Unit));
     this->Quantity(Quantity);
-    this->Name(Name);
-    this->Unit(Unit);
+    name_ = std::move(name);
+    unit_ = std::move(unit);
     this->DiscSurc(DiscSurch);
     this->Voucher(Voucher);
     this->ThirdParty(ThirdParty);

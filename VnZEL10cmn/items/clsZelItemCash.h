@@ -110,6 +110,8 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   std::string ToString() override;
 
  private:
+  friend struct CashItemAccess;
+
   std::string IdentityForErrors() override;
   bool WriteRecords(ByteArray& data, std::int32_t& start);
   bool ReadRecords(const ByteArray& data, std::int32_t& start);

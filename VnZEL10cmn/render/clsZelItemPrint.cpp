@@ -41,7 +41,7 @@ std::string Amount(Currency value, const RegionalSettings& settings) {
 }
 
 std::string WarningBox(std::string_view lines) {
-  return Compose(kBoxBorder, kBoxEmpty, kBoxTitle, kBoxEmpty, lines, kBoxEmpty, kBoxBorder);
+  return Compose(kBoxBorder, kBoxEmpty, kBoxTitle, lines, kBoxEmpty, kBoxBorder);
 }
 
 std::string ItemLines(const clsZelItemCash& item) {
@@ -171,9 +171,10 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
     CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
     for (const std::shared_ptr<IVnZelItem>& item : booking) {
       // The item may render itself with this very engine, which clears the error: nothing is filed before.
-      text.append(Indented(item->ToString()));
+      const std::string line = item->ToString();
+      text.append(Indented(line));
       bool isThirdParty = false;
-      const bool isRendered = !item->HasError();
+      const bool isRendered = !line.empty() || !item->HasError();
       if (!isRendered || !item->GetPrices(prices, isThirdParty)) {
         clsVnError& inner = item->ErrorObject();
         FailAs(inner, inner.ErrorMsg(), Compose(operation, isRendered ? ".[GetPrices]" : ".[ToString]"));

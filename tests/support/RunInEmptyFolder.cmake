@@ -1,0 +1,7 @@
+# cmake -DPROGRAM=... -DFOLDER=... -P RunInEmptyFolder.cmake
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+execute_process(COMMAND ${PROGRAM} WORKING_DIRECTORY ${FOLDER} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${PROGRAM} ended with ${result}")
+endif()
