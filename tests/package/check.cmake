@@ -1,0 +1,107 @@
+# One step of the package test, run by ctest: cmake -DSTEP=... (see CMakeLists.txt) -P check.cmake
+cmake_minimum_required(VERSION 3.25)
+
+set(prefix ${WORK_DIR}/prefix)
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    list(JOIN ARGN " " command)
+    message(FATAL_ERROR "Failed with ${result}: ${command}")
+  endif()
+endfunction()
+
+# Configures and builds the outside program in its own folder; further arguments go to the configuration.
+function(build_outside)
+  file(REMOVE_RECURSE ${WORK_DIR}/${STEP})
+  run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/outside -B ${WORK_DIR}/${STEP} -G ${GENERATOR}
+    -DCMAKE_BUILD_TYPE=${CONFIG} -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_CXX_FLAGS=${CXX_FLAGS}
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_FIND_USE_PACKAGE_REGISTRY=OFF -DVERSION=${VERSION} ${ARGN})
+  run(${CMAKE_COMMAND} --build ${WORK_DIR}/${STEP} --config ${CONFIG})
+endfunction()
+
+# Runs the program; it has to load the shared library if and only if it was built against that.
+function(check_program program kind)
+  run(${program})
+  file(GET_RUNTIME_DEPENDENCIES EXECUTABLES ${program}
+    RESOLVED_DEPENDENCIES_VAR found UNRESOLVED_DEPENDENCIES_VAR missing
+    POST_EXCLUDE_REGEXES "^/(usr/)?lib")
+  string(FIND "${found};${missing}" "libVnZEL10cmn.so.${ABI_VERSION}" position)
+  if(kind STREQUAL "shared" AND position EQUAL -1)
+    message(FATAL_ERROR "${program} doesn't load the shared library: ${found};${missing}")
+  elseif(kind STREQUAL "static" AND NOT position EQUAL -1)
+    message(FATAL_ERROR "${program} loads the shared library")
+  endif()
+endfunction()
+
+if(STEP STREQUAL "install")
+  # An installed tree can be moved: nothing in it names the folder that it was installed to.
+  file(REMOVE_RECURSE ${WORK_DIR})
+  run(${CMAKE_COMMAND} --install ${BUILD_DIR} --config ${CONFIG} --prefix ${WORK_DIR}/elsewhere)
+  file(RENAME ${WORK_DIR}/elsewhere ${prefix})
+  file(GLOB_RECURSE headers RELATIVE ${prefix}/include ${prefix}/include/*)
+  if(NOT "VnZEL10cmn/VnZEL10cmn.h" IN_LIST headers)
+    message(FATAL_ERROR "VnZEL10cmn.h isn't installed")
+  endif()
+  foreach(header IN LISTS headers)
+    if(header MATCHES "/internal/|_internal\\.h$" OR NOT header MATCHES "^VnZEL10cmn/.*\\.h$")
+      message(FATAL_ERROR "${header} shouldn't be installed")
+    endif()
+  endforeach()
+
+elseif(STEP STREQUAL "static" OR STEP STREQUAL "shared")
+  build_outside(-DCOMPONENT=${STEP})
+  check_program(${WORK_DIR}/${STEP}/outside ${STEP})
+
+elseif(STEP STREQUAL "default")
+  build_outside()
+  check_program(${WORK_DIR}/${STEP}/outside static)
+
+elseif(STEP STREQUAL "variable")
+  build_outside(-DVnZEL10cmn_SHARED_LIBS=ON)
+  check_program(${WORK_DIR}/${STEP}/outside shared)
+
+elseif(STEP STREQUAL "headers")
+  # The one header includes all of them; each of them stands alone.
+  file(GLOB_RECURSE headers RELATIVE ${prefix}/include ${prefix}/include/VnZEL10cmn/*.h)
+  file(READ ${prefix}/include/VnZEL10cmn/VnZEL10cmn.h all)
+  foreach(header IN LISTS headers)
+    if(NOT all MATCHES "#include [\"<]${header}[\">]" AND NOT header STREQUAL "VnZEL10cmn/VnZEL10cmn.h")
+      message(FATAL_ERROR "VnZEL10cmn.h doesn't include ${header}")
+    endif()
+  endforeach()
+  build_outside(-DHEADERS=${prefix}/include)
+
+elseif(STEP STREQUAL "pkgconfig")
+  file(GLOB_RECURSE file ${prefix}/VnZEL10cmn.pc)
+  get_filename_component(folder ${file} DIRECTORY)
+  get_filename_component(libraries ${folder} DIRECTORY)
+  set(ENV{PKG_CONFIG_PATH} ${folder})
+  run(${PKG_CONFIG} --exact-version=${VERSION} VnZEL10cmn)
+  file(REMOVE_RECURSE ${WORK_DIR}/${STEP})
+  file(MAKE_DIRECTORY ${WORK_DIR}/${STEP})
+  separate_arguments(flags UNIX_COMMAND "${CXX_FLAGS}")
+  foreach(kind IN ITEMS shared static)
+    set(options)
+    if(kind STREQUAL "static")
+      set(options --static)
+    endif()
+    execute_process(COMMAND ${PKG_CONFIG} ${options} --cflags VnZEL10cmn
+      OUTPUT_VARIABLE cflags COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND ${PKG_CONFIG} ${options} --libs VnZEL10cmn
+      OUTPUT_VARIABLE libs COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(cflags UNIX_COMMAND "${cflags}")
+    separate_arguments(libs UNIX_COMMAND "${libs}")
+    if(kind STREQUAL "static")
+      set(libs -Wl,-Bstatic ${libs} -Wl,-Bdynamic)
+    else()
+      list(APPEND libs -Wl,-rpath,${libraries})
+    endif()
+    set(program ${WORK_DIR}/${STEP}/outside_${kind})
+    run(${CXX_COMPILER} ${flags} -std=c++20 ${cflags} ${CMAKE_CURRENT_LIST_DIR}/outside/main.cpp -o ${program} ${libs})
+    check_program(${program} ${kind})
+  endforeach()
+
+else()
+  message(FATAL_ERROR "Unknown step ${STEP}")
+endif()
