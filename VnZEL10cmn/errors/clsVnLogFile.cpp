@@ -57,8 +57,10 @@ bool clsVnLogFile::FileOpen(std::string_view xFileName, bool xOverRide) {
                   operation);
     }
     const std::filesystem::path path = PathOf(name);
-    std::error_code refused;
-    if (std::error_code unknown; xOverRide && std::filesystem::is_regular_file(path, unknown)) {
+    // The system would open the file named by what stands before a NUL.
+    std::error_code refused =
+        name.find('\0') == std::string::npos ? std::error_code() : std::make_error_code(std::errc::invalid_argument);
+    if (std::error_code unknown; !refused && xOverRide && std::filesystem::is_regular_file(path, unknown)) {
       std::filesystem::remove(path, refused);
     }
     if (refused || file_.open(path, std::ios::out | std::ios::app | std::ios::binary) == nullptr) {

@@ -76,6 +76,8 @@ std::int32_t ShowMessageBox(std::string_view text, std::int32_t style, std::stri
       prompt.append(prompt.empty() ? "" : ", ").append(button.name);
     }
     Print(prompt + " [" + chosenByDefault.letter + "]: ");
+    // A terminal goes on after its end of input; the mark would answer every later box.
+    std::clearerr(stdin);
     int letter = std::getchar();
     for (int rest = letter; rest != '\n' && rest != EOF;) {
       rest = std::getchar();

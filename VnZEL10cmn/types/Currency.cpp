@@ -11,12 +11,17 @@ namespace {
 }  // namespace
 
 Currency::Currency(double value) {
-  const double scaled = std::nearbyint(value * 10000.0);
+  // Whole numbers and decimals are scaled apart only where the product has no room for both: below that, the
+  // product brings decimal ties back to a tie.
+  constexpr double exactProducts = 9007199254740992.0;  // 2^53
+  const double product = value * 10000.0;
+  const double whole = std::abs(product) < exactProducts ? 0.0 : std::trunc(value);
   // 2^63 itself is the first double that no longer fits; the comparison also refuses what is not a number.
-  if (!(scaled >= -9223372036854775808.0 && scaled < 9223372036854775808.0)) {
+  if (!(product >= -9223372036854775808.0 && product < 9223372036854775808.0)) {
     ThrowOverflow();
   }
-  scaled_ = static_cast<std::int64_t>(scaled);
+  *this = FromScaled(static_cast<std::int64_t>(whole) * 10000) +
+          FromScaled(static_cast<std::int64_t>(std::nearbyint((value - whole) * 10000.0)));
 }
 
 Currency& Currency::operator+=(Currency other) {

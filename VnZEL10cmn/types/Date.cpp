@@ -51,14 +51,18 @@ Date Date::Now() {
 }
 
 Date::Civil Date::ToCivil() const {
+  const auto throwOverflow = [] { throw std::overflow_error("date overflow"); };
   if (!(value_ > kFirstDay - 1.0 && value_ < kEndDay)) {
-    throw std::overflow_error("date overflow");
+    throwOverflow();
   }
   double days = std::trunc(value_);
   auto seconds = static_cast<std::int32_t>(std::lround(std::abs(value_ - days) * kSecondsPerDay));
   if (seconds == kSecondsPerDay) {
     seconds = 0;
     days += 1.0;
+    if (days >= kEndDay) {
+      throwOverflow();
+    }
   }
   const std::chrono::year_month_day day{kDayZero + std::chrono::days{static_cast<std::int32_t>(days)}};
   return Civil{static_cast<std::int32_t>(day.year()),
