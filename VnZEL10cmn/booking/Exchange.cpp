@@ -34,7 +34,7 @@ std::string_view HashType(bool useSha256) { return useSha256 ? "SHA256" : "SHA1"
 Date WithinRange(Date date) {
   const Date earliest = clsZelVatItem::EarliestDate();
   const Date latest = clsZelVatItem::LatestDate();
-  return date > latest ? latest : date >= earliest ? date : earliest;
+  return date < earliest ? earliest : date > latest ? latest : date;
 }
 
 bool IsUndated(Date date) { return date <= clsZelVatItem::EarliestDate() || date >= clsZelVatItem::LatestDate(); }

@@ -15,7 +15,6 @@ using internal::Via;
 namespace {
 
 constexpr std::string_view kEncodeItemsHeader = "Buchung: Kodieren der Postenliste nicht möglich!\r\n";
-constexpr std::string_view kDecodeItemsHeader = "Buchung: Dekodieren der Postenliste nicht möglich!\r\n";
 
 /// The first `length` elements of a zero-based array.
 ByteArray FirstBytes(const ByteArray& data, std::int32_t length) {
@@ -149,18 +148,19 @@ bool ItemHolder::TakeIn(ZELSerialType type, const ByteArray& data, std::int32_t 
 
 bool ItemHolder::DecodeItems(const ByteArray& data) {
   constexpr std::string_view function = "DecodeItems";
-  const auto fail = [&](std::string_view reason, std::string_view callee) {
-    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(kDecodeItemsHeader, reason), Via(function, callee));
+  const auto fail = [&](std::string_view message, std::string_view callee) {
+    return Fail(ZELErrorCodes::Err_Ser_Failed, message, Via(function, callee));
   };
   itemList_.Clear();
   std::int32_t start = 0;
   if (!itemList_.BinaryDataSet(data, start)) {
-    return fail("Das Listenobjekt meldete einen Fehler", "mObjItemList.BinaryDataSet");
+    return fail("Buchung: Dekodieren der Postenliste nicht möglich!\r\nDas Listenobjekt meldete einen Fehler",
+                "mObjItemList.BinaryDataSet");
   }
   if (!helper_.ToBase64String(data, itemListText_)) {
     return fail("Das Wandeln der Daten in Base64 schlug fehl", "ToBase64String");
   }
-  return RefreshItemHash(function, kDecodeItemsHeader);
+  return RefreshItemHash(function, {});
 }
 
 }  // namespace VnZEL10cmn

@@ -183,6 +183,9 @@ bool clsZelTransAct::SerialiseItems(ByteArray& hash) {
     return FailRqst(ZELErrorCodes::Err_Ser_CodingError,
                     "Die Daten der Buchungsposten konnten nicht\r\nin das Base64-Format überführt werden");
   }
+  if (HasError()) {
+    return false;
+  }
   const std::string_view hashType = internal::HashType(UseSHA256());
   if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_)) {
     return FailRqst(failed,
@@ -218,6 +221,10 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
       if (price < Currency()) {
         container.TurnoverNeg(container.TurnoverNeg() - price);
       }
+    }
+    // A host's item may have filed an error in the booking.
+    if (HasError()) {
+      return false;
     }
   }
   for (std::size_t i = 0; i < kClasses; ++i) {
