@@ -205,7 +205,9 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
     containers_[i].VATrate(rates.VATrate(static_cast<std::int32_t>(i) + 1));
   }
   CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
-  for (const std::shared_ptr<IVnZelItem>& item : itemList_) {
+  // By position: a host's item may change the list while it is asked.
+  for (std::int32_t number = 1; number <= ItemCount(); ++number) {
+    const std::shared_ptr<IVnZelItem> item = ItemI(number);
     bool isThirdParty = false;
     if (!item->GetPrices(prices, isThirdParty)) {
       return FailRqst(ZELErrorCodes::Err_Ser_DataMissing,

@@ -19,7 +19,8 @@ constexpr std::string_view kPresentUpTo = "\r\n    vorhanden bis .....: ";
 
 bool Within(Date date, const clsZelVatItem& set) { return set.ValidFrom() <= date && date <= set.ValidUpTo(); }
 
-/// Why a new set can't stand beside a present one; empty when it can.
+/// Why a new set can't stand beside a present one; empty when it can. A period never ends before it begins, so
+/// what starts inside the other and what reaches into it from before are all the overlaps that there are.
 std::string Overlap(const clsZelVatItem& added, const clsZelVatItem& present) {
   const auto settings = internal::CurrentRegionalSettings();
   const auto shown = [&settings](Date date) { return internal::FormatDateTime(date, settings); };
@@ -31,14 +32,6 @@ std::string Overlap(const clsZelVatItem& added, const clsZelVatItem& present) {
   if (added.ValidUpTo() >= present.ValidFrom() && added.ValidFrom() <= present.ValidUpTo()) {
     return internal::Compose(title, kNewUpTo, shown(added.ValidUpTo()), kPresentFrom, shown(present.ValidFrom()),
                              kPresentUpTo, shown(present.ValidUpTo()));
-  }
-  if (Within(present.ValidFrom(), added)) {
-    return internal::Compose(title, kPresentFrom, shown(present.ValidFrom()), kNewFrom, shown(added.ValidFrom()),
-                             kNewUpTo, shown(added.ValidUpTo()));
-  }
-  if (present.ValidUpTo() >= added.ValidFrom() && present.ValidFrom() <= added.ValidUpTo()) {
-    return internal::Compose(title, kPresentUpTo, shown(present.ValidUpTo()), kNewFrom, shown(added.ValidFrom()),
-                             kNewUpTo, shown(added.ValidUpTo()));
   }
   return {};
 }

@@ -149,12 +149,14 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
   if (reserved > data.UBound()) {
     data.RedimPreserve(static_cast<std::int32_t>(reserved));
   }
+  // By position, holding the item: a host's item may change the list while it is asked.
   for (std::size_t i = 0; i < items_.size(); ++i) {
-    if (!items_[i]->BinaryDataGet(data, start)) {
+    const std::shared_ptr<IVnZelItem> item = items_[i];
+    if (!item->BinaryDataGet(data, start)) {
       return Fail(ZELErrorCodes::Err_Ser_Failed,
                   Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", i + 1,
                           " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine,
-                          items_[i]->InstanceID()),
+                          item->InstanceID()),
                   operation);
     }
   }
@@ -230,7 +232,8 @@ std::string clsZelItemList::ToString() {
       printEngine_ = internal::CreateDefaultPrintEngine();
     }
     std::string text;
-    for (const std::shared_ptr<IVnZelItem>& item : items_) {
+    for (std::int32_t number = 1; number <= ItemCount(); ++number) {
+      const std::shared_ptr<IVnZelItem> item = ItemI(number);
       text.append(printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject()) : item->ToString());
       text.append(kCrLf);
     }

@@ -169,7 +169,8 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
     }
     Currency total;
     CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
-    for (const std::shared_ptr<IVnZelItem>& item : booking) {
+    for (std::int32_t number = 1; number <= booking.ItemCount(); ++number) {
+      const std::shared_ptr<IVnZelItem> item = booking.ItemI(number);
       // The item may render itself with this very engine, which clears the error: nothing is filed before.
       const std::string line = item->ToString();
       text.append(Indented(line));

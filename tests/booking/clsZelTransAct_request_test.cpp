@@ -536,6 +536,18 @@ TEST(TransActRequestFailure, ErrorThatAnItemFilesInTheBookingStopsIt) {
   EXPECT_EQ(log.Functions(), std::vector<std::string>{"Wiegen"});
 }
 
+TEST(TransActRequest, ItemThatEmptiesTheListWhileItIsAskedDoesNoHarm) {
+  clsZelTransAct booking;
+  Prepare(booking);
+  const auto item = std::make_shared<FakeItem>();
+  item->onGetPrices = [&booking] { booking.ClearItems(); };
+  ASSERT_TRUE(booking.AddItem(item));
+  ASSERT_TRUE(booking.AddItem(std::make_shared<FakeItem>("FAKE-2")));
+  ByteArray data;
+  EXPECT_TRUE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
+  EXPECT_EQ(booking.ItemCount(), 0);
+}
+
 TEST(TransActRequestFailure, ItemThatThrowsIsAFault) {
   test::TestLog log;
   clsZelTransAct booking;
