@@ -11,8 +11,8 @@ void ItemSizes(benchmark::internal::Benchmark* benchmark) {
 }
 
 void PerItem(benchmark::State& state) {
-  state.counters["per_item"] = benchmark::Counter(
-      static_cast<double>(state.iterations() * state.range(0)), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per_item"] = benchmark::Counter(static_cast<double>(state.iterations() * state.range(0)),
+                                                  benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 /// All objects made anew, then the request.

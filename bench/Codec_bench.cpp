@@ -14,7 +14,9 @@ void DataSizes(benchmark::internal::Benchmark* benchmark) { benchmark->Arg(64)->
 
 void Rate(benchmark::State& state) { state.SetBytesProcessed(state.iterations() * state.range(0)); }
 
-ByteArray Data(const benchmark::State& state) { return bench::Bytes(static_cast<std::int32_t>(state.range(0))); }
+ByteArray Data(const benchmark::State& state) {
+  return bench::Bytes(static_cast<std::int32_t>(state.range(0)));
+}
 
 void BM_Sha1(benchmark::State& state) {
   const ByteArray data = Data(state);
@@ -98,7 +100,8 @@ void BM_Base64Decode_libcrypto(benchmark::State& state) {
   helper.ToBase64String(Data(state), text);
   std::vector<unsigned char> data(text.size());
   for (auto _ : state) {
-    EVP_DecodeBlock(data.data(), reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
+    EVP_DecodeBlock(data.data(), reinterpret_cast<const unsigned char*>(text.data()),
+                    static_cast<int>(text.size()));
     benchmark::DoNotOptimize(data.data());
   }
   Rate(state);

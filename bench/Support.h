@@ -32,8 +32,8 @@ inline std::shared_ptr<VnZEL10cmn::clsZelItemCash> Item(std::int32_t number) {
 }
 
 /// A booking with so many items, ready for its request.
-inline std::unique_ptr<VnZEL10cmn::clsZelTransAct> Booking(std::int32_t items,
-                                                           const std::shared_ptr<VnZEL10cmn::clsZelVatList>& rates) {
+inline std::unique_ptr<VnZEL10cmn::clsZelTransAct> Booking(
+    std::int32_t items, const std::shared_ptr<VnZEL10cmn::clsZelVatList>& rates) {
   auto booking = std::make_unique<VnZEL10cmn::clsZelTransAct>();
   booking->VatList(rates);
   booking->TransactionDate(VnZEL10cmn::Date::FromCivil(2026, 11, 21, 8, 5));
@@ -57,11 +57,10 @@ inline VnZEL10cmn::ByteArray Response() {
   VnZEL10cmn::ByteArray response = VnZEL10cmn::ByteArray::WithBounds(0, 81);
   std::int32_t start = 0;
   VnZEL10cmn::clsZelBaseCoding coder;
-  const bool written =
-      coder.SetDataAscii(response, start, VnZEL10cmn::ZelTags::Tp_ID, "DE123456") &&
-      coder.SetZelCounter(response, start, VnZEL10cmn::ZelTags::Tp_ID_No, 1) &&
-      coder.SetZelCounter(response, start, VnZEL10cmn::ZelTags::Seq_Nr_Trans, 7) &&
-      coder.SetDataBinary(response, start, VnZEL10cmn::ZelTags::Signature, Bytes(64));
+  const bool written = coder.SetDataAscii(response, start, VnZEL10cmn::ZelTags::Tp_ID, "DE123456") &&
+                       coder.SetZelCounter(response, start, VnZEL10cmn::ZelTags::Tp_ID_No, 1) &&
+                       coder.SetZelCounter(response, start, VnZEL10cmn::ZelTags::Seq_Nr_Trans, 7) &&
+                       coder.SetDataBinary(response, start, VnZEL10cmn::ZelTags::Signature, Bytes(64));
   if (!written || start != 82) {
     throw std::runtime_error(coder.ErrorObject().GetLogEntry());
   }

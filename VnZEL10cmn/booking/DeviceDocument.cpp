@@ -29,7 +29,8 @@ bool DeviceDocument::EncodeResp(std::string_view header, ByteArray& data) {
   }
   return helper_.FromBase64String(respData_, data) ||
          Fail(ZELErrorCodes::Err_Ser_Failed,
-              Compose(header, "Die vorhandenen Daten konnten nicht aus dem", kCrLf, "Base64-Format gelesen werden!"),
+              Compose(header, "Die vorhandenen Daten konnten nicht aus dem", kCrLf,
+                      "Base64-Format gelesen werden!"),
               Via(function, "FromBase64String"));
 }
 
@@ -54,8 +55,8 @@ bool DeviceDocument::ProducerFailed(std::string_view header) {
                            "BinaryDataGet");
 }
 
-bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementTexts& texts, std::string& content,
-                                    std::string* profile) {
+bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementTexts& texts,
+                                    std::string& content, std::string* profile) {
   constexpr std::string_view function = "DecodeXML";
   if (!coder_.GetXmlTag(document, texts.tag, content, profile) && internal::HasElement(document, texts.tag)) {
     return Fail(ZELErrorCodes::Err_Ser_Failed, texts.damaged, Compose(function, texts.damagedIn));
@@ -63,8 +64,9 @@ bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementText
   return content.empty() ? Fail(texts.emptyNumber, texts.empty, function) : true;
 }
 
-bool DeviceDocument::ReadXmlBytes(std::string_view document, const ElementTexts& texts, std::string_view undecodable,
-                                  std::string_view undecodableIn, ByteArray& bytes, std::string* profile) {
+bool DeviceDocument::ReadXmlBytes(std::string_view document, const ElementTexts& texts,
+                                  std::string_view undecodable, std::string_view undecodableIn,
+                                  ByteArray& bytes, std::string* profile) {
   std::string content;
   return ReadXmlElement(document, texts, content, profile) &&
          (helper_.FromBase64String(content, bytes) ||

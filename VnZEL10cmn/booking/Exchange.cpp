@@ -15,19 +15,22 @@ namespace {
 Refusal TooSmall(std::string_view header, std::int64_t start, std::int64_t length, std::int64_t end,
                  std::int64_t upper) {
   return {ZELErrorCodes::Err_Zel_CnvDataSize,
-          Compose(header, kBufferTooSmall, "\r\n    Start ..........: ", start, "\r\n    Länge ..........: ", length,
-                  "\r\n    Leseende .......: ", end, "\r\n    Obergrenze .....: ", upper)};
+          Compose(header, kBufferTooSmall, "\r\n    Start ..........: ", start, "\r\n    Länge ..........: ",
+                  length, "\r\n    Leseende .......: ", end, "\r\n    Obergrenze .....: ", upper)};
 }
 
-Refusal StartOutside(std::string_view header, std::int32_t start, std::string_view boundLine, std::int32_t bound) {
+Refusal StartOutside(std::string_view header, std::int32_t start, std::string_view boundLine,
+                     std::int32_t bound) {
   return {ZELErrorCodes::Err_Hlp_CnvRange,
-          Compose(header, "Der Startindex ist außerhalb des gültigen Bereiches.", "\r\n    Start ...........: ", start,
-                  boundLine, bound)};
+          Compose(header, "Der Startindex ist außerhalb des gültigen Bereiches.",
+                  "\r\n    Start ...........: ", start, boundLine, bound)};
 }
 
 }  // namespace
 
-std::string Via(std::string_view function, std::string_view callee) { return Compose(function, ".[", callee, "]"); }
+std::string Via(std::string_view function, std::string_view callee) {
+  return Compose(function, ".[", callee, "]");
+}
 
 std::string_view HashType(bool useSha256) { return useSha256 ? "SHA256" : "SHA1"; }
 
@@ -37,7 +40,9 @@ Date WithinRange(Date date) {
   return date < earliest ? earliest : date > latest ? latest : date;
 }
 
-bool IsUndated(Date date) { return date <= clsZelVatItem::EarliestDate() || date >= clsZelVatItem::LatestDate(); }
+bool IsUndated(Date date) {
+  return date <= clsZelVatItem::EarliestDate() || date >= clsZelVatItem::LatestDate();
+}
 
 Date Combine(Date day, Date time) {
   const Date::Civil d = day.ToCivil();
@@ -47,8 +52,8 @@ Date Combine(Date day, Date time) {
 
 Refusal UnsupportedType(std::string_view header, ZELSerialType type) {
   return {ZELErrorCodes::Err_Ser_SerTypeNotSprt,
-          Compose(header, "Der Serialisierungstyp wird von dieser", kCrLf, "Funktion nicht unterstützt!", kCrLf,
-                  "    Typ .............: ", static_cast<std::int32_t>(type))};
+          Compose(header, "Der Serialisierungstyp wird von dieser", kCrLf, "Funktion nicht unterstützt!",
+                  kCrLf, "    Typ .............: ", static_cast<std::int32_t>(type))};
 }
 
 MaybeRefusal CopyOut(const ByteArray& bytes, ByteArray& data, std::int32_t start, std::string_view header) {

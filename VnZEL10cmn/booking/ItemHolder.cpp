@@ -23,7 +23,8 @@ ByteArray FirstBytes(const ByteArray& data, std::int32_t length) {
 
 }  // namespace
 
-ItemHolder::ItemHolder(std::string_view className, bool useSha256) : DeviceDocument(className), useSha256_(useSha256) {}
+ItemHolder::ItemHolder(std::string_view className, bool useSha256)
+    : DeviceDocument(className), useSha256_(useSha256) {}
 
 ItemHolder::~ItemHolder() = default;
 
@@ -61,11 +62,13 @@ bool ItemHolder::AddItem(std::shared_ptr<IVnZelItem> Item) {
   });
 }
 
-bool ItemHolder::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID, std::int32_t Index) {
+bool ItemHolder::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID,
+                            std::int32_t Index) {
   constexpr std::string_view operation = "RemoveItem";
   return Run(operation, [&] {
     clsVnError& inner = itemList_.ErrorObject();
-    return itemList_.RemoveItem(Item, ID, Index) || FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
+    return itemList_.RemoveItem(Item, ID, Index) ||
+           FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
   });
 }
 
@@ -91,7 +94,8 @@ bool ItemHolder::GenItemHash(bool fromMem, ByteArray& data) {
   const auto fail = [&](std::string_view reason) { return Fail(internal::HashNotMade(reason), function); };
   data = {};
   if (fromMem) {
-    return itemHash_.empty() || helper_.FromBase64String(itemHash_, data) || fail(internal::kStoredHashUnreadable);
+    return itemHash_.empty() || helper_.FromBase64String(itemHash_, data) ||
+           fail(internal::kStoredHashUnreadable);
   }
   if (ItemCount() == 0) {
     return true;
@@ -110,16 +114,19 @@ bool ItemHolder::EncodeItems(ByteArray& data) {
     return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(kEncodeItemsHeader, reason), where);
   };
   if (ItemCount() == 0) {
-    return fail("Es sind keine Posteneinträge vorhanden, Buchungen.\r\nohne Posten sind jedoch nicht zulässig!",
-                function);
+    return fail(
+        "Es sind keine Posteneinträge vorhanden, Buchungen.\r\nohne Posten sind jedoch nicht zulässig!",
+        function);
   }
   std::int32_t length = 0;
   if (!itemList_.BinaryDataGet(data, length)) {
-    return fail("Die Daten konnten nicht aus dem Listenobjekt gelesen werden.", Via(function, "BinaryDataSet"));
+    return fail("Die Daten konnten nicht aus dem Listenobjekt gelesen werden.",
+                Via(function, "BinaryDataSet"));
   }
   data = FirstBytes(data, length);
   if (!helper_.ToBase64String(data, itemListText_)) {
-    return fail("Die Daten konnten nicht in das Base64-Format\r\nüberführt werden.", Via(function, "ToBase64String"));
+    return fail("Die Daten konnten nicht in das Base64-Format\r\nüberführt werden.",
+                Via(function, "ToBase64String"));
   }
   return RefreshItemHash(function, kEncodeItemsHeader);
 }

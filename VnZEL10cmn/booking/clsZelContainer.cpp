@@ -73,8 +73,8 @@ bool clsZelContainer::WriteRecord(ByteArray& data, std::int32_t& start) {
   if (end > data.UBound()) {
     return Fail(ZELErrorCodes::Err_Zel_CnvDataSize,
                 Compose(internal::kBufferTooSmall, internal::kStartLine, start, internal::kTagLine,
-                        internal::HexByte(tag_), "\r\n    Länge (max.) ....: ", kRoom, internal::kReadEndLine, end,
-                        internal::kUpperLine, data.UBound()),
+                        internal::HexByte(tag_), "\r\n    Länge (max.) ....: ", kRoom, internal::kReadEndLine,
+                        end, internal::kUpperLine, data.UBound()),
                 operation);
   }
   clsZelBaseCoding coder;
@@ -138,39 +138,25 @@ bool clsZelContainer::ReadRecord(const ByteArray& data, std::int32_t& start) {
   while (done && position < end) {
     const auto tag = static_cast<ZelTags>(data[position]);
     switch (tag) {
-      case ZelTags::Trnvr_Thirdparty:
-        done = readAmount(tag, turnoverThrd_);
-        break;
-      case ZelTags::Trnvr:
-        done = readAmount(tag, turnover_);
-        break;
-      case ZelTags::Trnvr_neg:
-        done = readAmount(tag, turnoverNeg_);
-        break;
-      case ZelTags::Trnvr_Vat:
-        done = readAmount(tag, vat_);
-        break;
+      case ZelTags::Trnvr_Thirdparty: done = readAmount(tag, turnoverThrd_); break;
+      case ZelTags::Trnvr: done = readAmount(tag, turnover_); break;
+      case ZelTags::Trnvr_neg: done = readAmount(tag, turnoverNeg_); break;
+      case ZelTags::Trnvr_Vat: done = readAmount(tag, vat_); break;
       case ZelTags::Trnvr_Vat_Rate:
         done = coder.GetZelVatRate(data, position, vatRate_) || fail("GetZelVatRate");
         break;
       case ZelTags::Trnvr_Counter:
-      case ZelTags::Trnvr_Overflow:
-        done = readFlag(overflow_);
-        break;
-      case ZelTags::Trnvr_Vat_Changed:
-        done = readFlag(vatChange_);
-        break;
-      default:
-        done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation);
-        break;
+      case ZelTags::Trnvr_Overflow: done = readFlag(overflow_); break;
+      case ZelTags::Trnvr_Vat_Changed: done = readFlag(vatChange_); break;
+      default: done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation); break;
     }
   }
   if (done && position > end) {
     // The last inner record claims bytes that no longer belong to the container.
     return Fail(ZELErrorCodes::Err_Zel_CnvDataSize,
                 Compose(internal::kBufferTooSmall, internal::kStartLine, start, internal::kTagLine,
-                        internal::HexByte(found), internal::kLengthLine, data[start + 1], internal::kReadEndLine,
-                        position - 1, internal::kUpperLine, end - 1),
+                        internal::HexByte(found), internal::kLengthLine, data[start + 1],
+                        internal::kReadEndLine, position - 1, internal::kUpperLine, end - 1),
                 operation);
   }
   if (done) {

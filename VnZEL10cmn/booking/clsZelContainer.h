@@ -60,8 +60,8 @@ class clsZelContainer : public VnObject {
   bool VATchange() const noexcept;
 
   /// Writes the container's record at `Start` and moves `Start` behind it; nothing at all when turnover and
-  /// negative turnover are 0. `Data` is not enlarged and must reach to `Start` + 28. Fails with 9304 without a
-  /// tag, 9204 for a short buffer, the coder's number for a value that can't be written; `Start` is then
+  /// negative turnover are 0. `Data` is not enlarged and must reach to `Start` + 28. Fails with 9304 without
+  /// a tag, 9204 for a short buffer, the coder's number for a value that can't be written; `Start` is then
   /// unchanged.
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start);
 

@@ -108,22 +108,14 @@ bool clsZelTransAct::BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std:
     ByteArray bytes;
     bool produced = false;
     switch (DataType) {
-      case ZELSerialType::ItemList:
-        produced = EncodeItems(bytes);
-        break;
-      case ZELSerialType::Request:
-        produced = EncodeRqst(bytes);
-        break;
-      case ZELSerialType::Response:
-        produced = EncodeResp(bytes);
-        break;
-      case ZELSerialType::ItemHash:
-        produced = GenItemHash(false, bytes);
-        break;
-      default:
-        return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
+      case ZELSerialType::ItemList: produced = EncodeItems(bytes); break;
+      case ZELSerialType::Request: produced = EncodeRqst(bytes); break;
+      case ZELSerialType::Response: produced = EncodeResp(bytes); break;
+      case ZELSerialType::ItemHash: produced = GenItemHash(false, bytes); break;
+      default: return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
     }
-    return produced ? HandOut(std::move(bytes), DataType == ZELSerialType::Request, Data, Start, DataLen, kGetHeader)
+    return produced ? HandOut(std::move(bytes), DataType == ZELSerialType::Request, Data, Start, DataLen,
+                              kGetHeader)
                     : ProducerFailed(kGetHeader);
   });
 }
@@ -136,14 +128,13 @@ bool clsZelTransAct::EncodeRqst(ByteArray& data) {
   ByteArray hash;
   std::int32_t position = 0;
   data.Redim(0, kRequestRoom - 1);
-  if (!FindRates(rates) || !SerialiseItems(hash) || !FillContainers(*rates) || !WriteRequest(data, position, hash)) {
+  if (!FindRates(rates) || !SerialiseItems(hash) || !FillContainers(*rates) ||
+      !WriteRequest(data, position, hash)) {
     return false;
   }
   data.RedimPreserve(position - 1);
   return helper_.ToBase64String(data, rqstData_) ||
-         FailRqst(ZELErrorCodes::Err_Ser_Failed,
-                  internal::kRequestNotEncoded,
-                  "BinaryDataGet");
+         FailRqst(ZELErrorCodes::Err_Ser_Failed, internal::kRequestNotEncoded, "BinaryDataGet");
 }
 
 bool clsZelTransAct::FailRqst(ZELErrorCodes number, std::string_view reason, std::string_view callee) {
@@ -189,13 +180,12 @@ bool clsZelTransAct::SerialiseItems(ByteArray& hash) {
   const std::string_view hashType = internal::HashType(UseSHA256());
   if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_)) {
     return FailRqst(failed,
-                    Compose("Der Hashkode über die Buchungspositionen konnte nicht erstellt werden!", internal::kHashTypeLine,
-                            hashType, kPositionLine, 0),
+                    Compose("Der Hashkode über die Buchungspositionen konnte nicht erstellt werden!",
+                            internal::kHashTypeLine, hashType, kPositionLine, 0),
                     "GetZelOperator");
   }
   return helper_.FromBase64String(itemHash_, hash) ||
-         FailRqst(failed,
-                  Compose(internal::kHashNotDecoded, internal::kHashTypeLine, hashType),
+         FailRqst(failed, Compose(internal::kHashNotDecoded, internal::kHashTypeLine, hashType),
                   "GetZelOperator");
 }
 
@@ -287,12 +277,9 @@ bool clsZelTransAct::BinaryDataSet(ZELSerialType DataType, const ByteArray& Data
       return false;
     }
     switch (DataType) {
-      case ZELSerialType::ItemList:
-        return DecodeItems(bytes);
-      case ZELSerialType::Request:
-        return DecodeRqst(bytes);
-      default:
-        return DecodeResp(bytes);
+      case ZELSerialType::ItemList: return DecodeItems(bytes);
+      case ZELSerialType::Request: return DecodeRqst(bytes);
+      default: return DecodeResp(bytes);
     }
   });
 }
@@ -301,7 +288,8 @@ bool clsZelTransAct::DecodeRqst(const ByteArray& data) {
   constexpr std::string_view function = "DecodeRqst";
   std::int32_t position = 0;
   const auto fail = [&](std::string_view reason, std::string_view callee) {
-    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(reason, kPositionLine, position), Via(function, callee));
+    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(reason, kPositionLine, position),
+                Via(function, callee));
   };
   Date day;
   if (!coder_.GetZelDates(data, position, ZelTags::tDate, day)) {
@@ -325,9 +313,7 @@ bool clsZelTransAct::DecodeRqst(const ByteArray& data) {
     }
   }
   return helper_.ToBase64String(data, rqstData_) ||
-         Fail(ZELErrorCodes::Err_Ser_Failed,
-              internal::kRequestNotStored,
-              Via(function, "ToBase64String"));
+         Fail(ZELErrorCodes::Err_Ser_Failed, internal::kRequestNotStored, Via(function, "ToBase64String"));
 }
 
 bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& position) {
@@ -347,14 +333,12 @@ bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& posit
   switch (static_cast<ZelTags>(tag)) {
     case ZelTags::Currency:
       return coder_.GetZelCurrencyCode(data, position, currencyCode_) ||
-             Fail(ZELErrorCodes::Err_Ser_Failed, Compose("Der Währungskode konnte nicht gelesen werden!", where),
+             Fail(ZELErrorCodes::Err_Ser_Failed,
+                  Compose("Der Währungskode konnte nicht gelesen werden!", where),
                   Via(function, "GetZelCurrencyCode"));
-    case ZelTags::Vat_AddOn:
-      return readFlag(isTaxExcl_);
-    case ZelTags::Training:
-      return readFlag(isTraining_);
-    case ZelTags::Deliverynote:
-      return readFlag(isDeliveryNote_);
+    case ZelTags::Vat_AddOn: return readFlag(isTaxExcl_);
+    case ZelTags::Training: return readFlag(isTraining_);
+    case ZelTags::Deliverynote: return readFlag(isDeliveryNote_);
     case ZelTags::Container_Vat_1:
     case ZelTags::Container_Vat_2:
     case ZelTags::Container_Vat_3:
@@ -364,12 +348,10 @@ bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& posit
       const std::size_t number = tag & 15U;
       return containers_[number - 1].BinaryDataSet(data, position) ||
              Fail(ZELErrorCodes::Err_Ser_Failed,
-                  Compose(internal::kContainerUnreadable, where,
-                          internal::kContainerNumberLine, number),
+                  Compose(internal::kContainerUnreadable, where, internal::kContainerNumberLine, number),
                   Via(function, "clsZelContainer.BinaryDataSet"));
     }
-    default:
-      return Fail(internal::UnexpectedTag(tag), function);
+    default: return Fail(internal::UnexpectedTag(tag), function);
   }
 }
 
@@ -377,7 +359,8 @@ bool clsZelTransAct::DecodeResp(const ByteArray& data) {
   constexpr std::string_view function = "DecodeResp";
   std::int32_t position = 0;
   const auto fail = [&](std::string_view reason, std::string_view callee) {
-    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(reason, kPositionLine, position), Via(function, callee));
+    return Fail(ZELErrorCodes::Err_Ser_Failed, Compose(reason, kPositionLine, position),
+                Via(function, callee));
   };
   if (!coder_.GetZelTpID(data, position, respTpId_)) {
     return fail(internal::kTaxpayerNotRead, "GetZelTpID");
@@ -392,15 +375,14 @@ bool clsZelTransAct::DecodeResp(const ByteArray& data) {
     return fail(internal::kSignatureNotRead, "GetZelSignature2");
   }
   return helper_.ToBase64String(data, respData_) ||
-         Fail(ZELErrorCodes::Err_Ser_Failed,
-              internal::kResponseNotStored,
-              Via(function, "ToBase64String"));
+         Fail(ZELErrorCodes::Err_Ser_Failed, internal::kResponseNotStored, Via(function, "ToBase64String"));
 }
 
 bool clsZelTransAct::EncodeXML(std::string& xmlData, std::int32_t intent) {
   if (itemListText_.empty() || rqstData_.empty() || respData_.empty()) {
-    return Fail(internal::NotEnoughData(Compose("\r\n    Postenliste .....: ", itemListText_.size(), " Zeichen",
-                                                internal::RequestAndResponseLengths(rqstData_.size(), respData_.size()))),
+    return Fail(internal::NotEnoughData(
+                    Compose("\r\n    Postenliste .....: ", itemListText_.size(), " Zeichen",
+                            internal::RequestAndResponseLengths(rqstData_.size(), respData_.size()))),
                 "EncodeXML");
   }
   xmlData = internal::Document("transactionEncoded",
@@ -425,9 +407,9 @@ bool clsZelTransAct::DecodeXML(std::string_view xmlData) {
                       document)) {
     return false;
   }
-  if (!ReadXmlBytes(document, {ZelXmlTags::ItemList, internal::kItemsNotFound, "", internal::kNoItems, missing},
-                    "Base64-Konvertierung der Postendaten fehlgeschlagen!", ".[FromBase64String]", bytes,
-                    &profile)) {
+  if (!ReadXmlBytes(
+          document, {ZelXmlTags::ItemList, internal::kItemsNotFound, "", internal::kNoItems, missing},
+          "Base64-Konvertierung der Postendaten fehlgeschlagen!", ".[FromBase64String]", bytes, &profile)) {
     return false;
   }
   if (!profile.empty()) {
@@ -444,9 +426,10 @@ bool clsZelTransAct::DecodeXML(std::string_view xmlData) {
   if (!DecodeRqst(bytes)) {
     return Fail(failed, internal::kRequestNotDecoded, Via(function, "DecodeRqst"));
   }
-  if (!ReadXmlBytes(document,
-                    {ZelXmlTags::TransResponse, internal::kResponseNotFound, "", internal::kNoResponse, missing},
-                    internal::kResponseNotBase64, "", bytes)) {
+  if (!ReadXmlBytes(
+          document,
+          {ZelXmlTags::TransResponse, internal::kResponseNotFound, "", internal::kNoResponse, missing},
+          internal::kResponseNotBase64, "", bytes)) {
     return false;
   }
   return DecodeResp(bytes) || Fail(failed, internal::kResponseNotDecoded, Compose(function, ".DecodeResp"));

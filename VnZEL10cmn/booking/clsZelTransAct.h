@@ -102,8 +102,8 @@ class clsZelTransAct : public ItemHolder {
                      std::int32_t* DataLen = nullptr);
 
   /// Takes in `ItemList`, `Request` or `Response` from the bytes from `Start` on, `DataLen` of them (below 1:
-  /// to the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen` reaches
-  /// beyond it, 9301 and 9305 for damaged data, of which the booking then holds what was read before.
+  /// to the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen`
+  /// reaches beyond it, 9301 and 9305 for damaged data, of which the booking then holds what was read before.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
                      std::int32_t DataLen = 0);
 

@@ -12,8 +12,8 @@ namespace {
 
 bool IsRateNumber(std::int32_t index) { return index >= 1 && index <= 6; }
 
-/// The VAT contained in a gross price: the price less the price divided by 1 + rate, rounded commercially to two
-/// decimals. The quotient is kept as a fraction, so nothing is rounded before the end.
+/// The VAT contained in a gross price: the price less the price divided by 1 + rate, rounded commercially to
+/// two decimals. The quotient is kept as a fraction, so nothing is rounded before the end.
 Currency VatOfGross(Currency price, Currency rate) {
   const Currency divisor = Currency(1) + Currency(static_cast<double>(rate) / 100.0);
   const bool negative = price < Currency();
@@ -22,7 +22,8 @@ Currency VatOfGross(Currency price, Currency rate) {
   const auto whole = static_cast<std::uint64_t>(divisor.Scaled());
   const auto fraction = whole - 10000;
   // In units of a cent: magnitude * fraction / (100 * whole), half up.
-  const internal::Uint128 cents = (2 * magnitude * fraction + internal::Uint128{100} * whole) / (internal::Uint128{200} * whole);
+  const internal::Uint128 cents =
+      (2 * magnitude * fraction + internal::Uint128{100} * whole) / (internal::Uint128{200} * whole);
   return internal::CurrencyFromMagnitude(negative, cents * 100);
 }
 
@@ -62,7 +63,9 @@ void clsZelVatItem::VATrate(std::int32_t Index, Currency Value) noexcept {
   }
 }
 
-Currency clsZelVatItem::VatRate2(ZELVatClasses VatClass) const { return rates_.at(static_cast<std::size_t>(VatClass)); }
+Currency clsZelVatItem::VatRate2(ZELVatClasses VatClass) const {
+  return rates_.at(static_cast<std::size_t>(VatClass));
+}
 
 void clsZelVatItem::VatRate2(ZELVatClasses VatClass, Currency Value) {
   Currency& rate = rates_.at(static_cast<std::size_t>(VatClass));

@@ -17,21 +17,23 @@ constexpr std::string_view kNewUpTo = "\r\n    Neu bis ...........: ";
 constexpr std::string_view kPresentFrom = "\r\n    vorhanden von .....: ";
 constexpr std::string_view kPresentUpTo = "\r\n    vorhanden bis .....: ";
 
-bool Within(Date date, const clsZelVatItem& set) { return set.ValidFrom() <= date && date <= set.ValidUpTo(); }
+bool Within(Date date, const clsZelVatItem& set) {
+  return set.ValidFrom() <= date && date <= set.ValidUpTo();
+}
 
-/// Why a new set can't stand beside a present one; empty when it can. A period never ends before it begins, so
-/// what starts inside the other and what reaches into it from before are all the overlaps that there are.
+/// Why a new set can't stand beside a present one; empty when it can. A period never ends before it begins,
+/// so what starts inside the other and what reaches into it from before are all the overlaps that there are.
 std::string Overlap(const clsZelVatItem& added, const clsZelVatItem& present) {
   const auto settings = internal::CurrentRegionalSettings();
   const auto shown = [&settings](Date date) { return internal::FormatDateTime(date, settings); };
   constexpr std::string_view title = "Zeitraumüberschneidung gefunden!";
   if (Within(added.ValidFrom(), present)) {
-    return internal::Compose(title, kNewFrom, shown(added.ValidFrom()), kPresentFrom, shown(present.ValidFrom()),
-                             kPresentUpTo, shown(present.ValidUpTo()));
+    return internal::Compose(title, kNewFrom, shown(added.ValidFrom()), kPresentFrom,
+                             shown(present.ValidFrom()), kPresentUpTo, shown(present.ValidUpTo()));
   }
   if (added.ValidUpTo() >= present.ValidFrom() && added.ValidFrom() <= present.ValidUpTo()) {
-    return internal::Compose(title, kNewUpTo, shown(added.ValidUpTo()), kPresentFrom, shown(present.ValidFrom()),
-                             kPresentUpTo, shown(present.ValidUpTo()));
+    return internal::Compose(title, kNewUpTo, shown(added.ValidUpTo()), kPresentFrom,
+                             shown(present.ValidFrom()), kPresentUpTo, shown(present.ValidUpTo()));
   }
   return {};
 }

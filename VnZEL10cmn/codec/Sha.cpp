@@ -137,9 +137,10 @@ Sha1Digest Sha1(Bytes message) {
 }
 
 Sha256Digest Sha256(Bytes message) {
-  return Digest<8>(message,
-                   {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19},
-                   Sha256Block);
+  return Digest<8>(
+      message,
+      {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19},
+      Sha256Block);
 }
 
 Sha1Digest Sha1OfText(std::string_view text) {
@@ -150,15 +151,15 @@ Sha1Digest Sha1OfText(std::string_view text) {
 Sha256Digest Sha256OfText(std::string_view text) {
   std::vector<std::uint8_t> bytes;
   bytes.reserve(text.size());
-  ForEachUtf16Unit(text, [&bytes](char16_t unit) { bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF)); });
+  ForEachUtf16Unit(text,
+                   [&bytes](char16_t unit) { bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF)); });
   return Sha256(bytes);
 }
 
 Sha256Digest Sha256OfCodePageBytes(Bytes message) {
   std::vector<std::uint8_t> bytes(message.size());
-  std::transform(message.begin(), message.end(), bytes.begin(), [](std::uint8_t byte) {
-    return static_cast<std::uint8_t>(FromCodePage1252(byte) & 0xFF);
-  });
+  std::transform(message.begin(), message.end(), bytes.begin(),
+                 [](std::uint8_t byte) { return static_cast<std::uint8_t>(FromCodePage1252(byte) & 0xFF); });
   return Sha256(bytes);
 }
 

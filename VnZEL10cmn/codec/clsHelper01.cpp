@@ -31,8 +31,8 @@ std::optional<Refusal> CheckLowerBound(const ByteArray& data) {
   if (data.LBound() >= 0) {
     return std::nullopt;
   }
-  return Refusal{ZELErrorCodes::Err_Hlp_CnvLBound,
-                 Compose("Die Untergrenze des Datenfeldes ist nicht \"0\"", kCrLf, "Untergrenze: ", data.LBound())};
+  return Refusal{ZELErrorCodes::Err_Hlp_CnvLBound, Compose("Die Untergrenze des Datenfeldes ist nicht \"0\"",
+                                                           kCrLf, "Untergrenze: ", data.LBound())};
 }
 
 Refusal InvalidLength() {
@@ -48,8 +48,10 @@ Bytes From(const ByteArray& data, std::int32_t first) {
   return Bytes(data.data(), data.size()).subspan(static_cast<std::size_t>(first - data.LBound()));
 }
 
-/// The bytes that the encoders turn into text, or why not. An empty array is no range at all: its text is empty.
-std::optional<Refusal> SelectRange(const ByteArray& data, std::int32_t start, std::int32_t count, Bytes& range) {
+/// The bytes that the encoders turn into text, or why not. An empty array is no range at all: its text is
+/// empty.
+std::optional<Refusal> SelectRange(const ByteArray& data, std::int32_t start, std::int32_t count,
+                                   Bytes& range) {
   range = {};
   if (data.size() == 0) {
     return std::nullopt;
@@ -59,8 +61,8 @@ std::optional<Refusal> SelectRange(const ByteArray& data, std::int32_t start, st
   }
   if (start >= 1 && start > data.UBound()) {
     return Refusal{ZELErrorCodes::Err_Hlp_CnvRange,
-                   Compose("Der Startindex liegt außerhalb des gültigen Bereiches", kCrLf, "Obergrenze: ",
-                           data.UBound(), kCrLf, "Startindex: ", start)};
+                   Compose("Der Startindex liegt außerhalb des gültigen Bereiches", kCrLf,
+                           "Obergrenze: ", data.UBound(), kCrLf, "Startindex: ", start)};
   }
   range = From(data, std::max(start, 0));
   if (count >= 1 && static_cast<std::size_t>(count) < range.size()) {
@@ -84,8 +86,8 @@ char32_t CleanReplacement(std::string_view text, char32_t otherwise) {
   const std::string first = internal::Utf16Left(text, 1);
   std::string_view rest = first;
   const char32_t character = internal::NextCharacter(rest);
-  const bool letterOrDigit = (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z') ||
-                             (character >= '0' && character <= '9');
+  const bool letterOrDigit = (character >= 'A' && character <= 'Z') ||
+                             (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
   return letterOrDigit ? U'+' : character;
 }
 
@@ -95,14 +97,16 @@ std::string TextOf(char32_t character) {
   return text;
 }
 
-std::optional<Refusal> CleanReplacements(std::string_view plus, std::string_view slash, Replacements& result) {
+std::optional<Refusal> CleanReplacements(std::string_view plus, std::string_view slash,
+                                         Replacements& result) {
   result = {CleanReplacement(plus, U'+'), CleanReplacement(slash, U'/')};
   if (result.plus != result.slash) {
     return std::nullopt;
   }
-  return Refusal{ZELErrorCodes::Err_Hlp_B64ReplEqual,
-                 Compose("Die übergebenen Ersetungszeichenfolgen sind identisch", kCrLf, "Plusersetzung:    \"",
-                         TextOf(result.plus), "\"", kCrLf, "Schrägstrichers.: \"", TextOf(result.slash), "\"")};
+  return Refusal{
+      ZELErrorCodes::Err_Hlp_B64ReplEqual,
+      Compose("Die übergebenen Ersetungszeichenfolgen sind identisch", kCrLf, "Plusersetzung:    \"",
+              TextOf(result.plus), "\"", kCrLf, "Schrägstrichers.: \"", TextOf(result.slash), "\"")};
 }
 
 /// The text with "+" and "/" replaced.
@@ -113,8 +117,9 @@ std::string Replace(std::string text, const Replacements& replacements) {
   std::string replaced;
   replaced.reserve(text.size());
   for (const char c : text) {
-    internal::AppendUtf8(replaced, c == '+' ? replacements.plus : c == '/' ? replacements.slash
-                                                                           : static_cast<char32_t>(c));
+    internal::AppendUtf8(replaced, c == '+'   ? replacements.plus
+                                   : c == '/' ? replacements.slash
+                                              : static_cast<char32_t>(c));
   }
   return replaced;
 }
@@ -129,7 +134,8 @@ class Base64Values {
     values_.fill(kNoDigit);
     values_['='] = kPad;
     std::uint8_t value = 0;
-    for (const char digit : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789")) {
+    for (const char digit :
+         std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789")) {
       values_[static_cast<unsigned char>(digit)] = value++;
     }
     SetReplacement(replacements.slash, 63);
@@ -140,7 +146,9 @@ class Base64Values {
     if (unit < values_.size()) {
       return values_[unit];
     }
-    return unit == replacements_.plus ? std::uint8_t{62} : unit == replacements_.slash ? std::uint8_t{63} : kNoDigit;
+    return unit == replacements_.plus    ? std::uint8_t{62}
+           : unit == replacements_.slash ? std::uint8_t{63}
+                                         : kNoDigit;
   }
   std::uint8_t Of(char c) const { return Of(static_cast<char16_t>(static_cast<unsigned char>(c))); }
 
@@ -272,7 +280,8 @@ std::string clsHelper01::ZEL_CharReplace(std::string_view Data, std::int32_t Len
       continue;
     }
     const bool upper = character >= 'A' && character <= 'Z';
-    const bool kept = upper || (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
+    const bool kept =
+        upper || (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
     const auto ascii = static_cast<char>(kept ? character : U'#');
     result.push_back(upper ? static_cast<char>(ascii - 'A' + 'a') : ascii);
     --left;
@@ -398,8 +407,9 @@ Currency clsHelper01::RoundCmrc2(std::string_view Value, std::int32_t Digits) {
                           [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
 }
 
-bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start, std::int32_t Count,
-                                 std::int32_t LineLen, std::string_view ReplPlus, std::string_view ReplSlsh) {
+bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start,
+                                 std::int32_t Count, std::int32_t LineLen, std::string_view ReplPlus,
+                                 std::string_view ReplSlsh) {
   constexpr std::string_view operation = "ToBase64String";
   return Run(operation, [&] {
     Replacements replacements{};
@@ -443,8 +453,8 @@ bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std
   });
 }
 
-bool clsHelper01::ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start, std::int32_t Count,
-                                 std::int32_t LineLen, bool HexEnc) {
+bool clsHelper01::ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start,
+                                 std::int32_t Count, std::int32_t LineLen, bool HexEnc) {
   constexpr std::string_view operation = "ToBase32String";
   return Run(operation, [&] {
     Bytes range;

@@ -87,8 +87,8 @@ class clsHelper01 : public VnObject {
   /// line may hold one more. `ReplPlus` and `ReplSlsh` (first character; letters and digits are not taken)
   /// stand for "+" and "/". Fails with 9101 equal replacement characters, 9102 negative lower bound, 9103
   /// `Start` above the upper bound.
-  bool ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0, std::int32_t Count = 0,
-                      std::int32_t LineLen = 0, std::string_view ReplPlus = "+",
+  bool ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0,
+                      std::int32_t Count = 0, std::int32_t LineLen = 0, std::string_view ReplPlus = "+",
                       std::string_view ReplSlsh = "/");
 
   /// Bytes of a Base64 text; CR, LF and outer blanks are passed over. Fails with 9101 equal replacement
@@ -99,8 +99,8 @@ class clsHelper01 : public VnObject {
 
   /// Base32 text, padded with "="; `HexEnc` selects the base32hex alphabet. `Start`, `Count` and failures as
   /// for Base64; `LineLen` counts from 16.
-  bool ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0, std::int32_t Count = 0,
-                      std::int32_t LineLen = 0, bool HexEnc = false);
+  bool ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0,
+                      std::int32_t Count = 0, std::int32_t LineLen = 0, bool HexEnc = false);
 
   /// Bytes of a hexadecimal text in either case; "-", blanks, CR and LF are passed over. Fails with 9105
   /// empty text, 9104 odd length, 9106 invalid character. `Result` is zero-based; after 9106 it holds what

@@ -22,7 +22,8 @@ constexpr std::int32_t kRequestRoom = 256;
 
 constexpr std::string_view kGetHeader = "Serialisierung der Buchung nicht möglich!\r\n";
 constexpr std::string_view kSetHeader = "Deserialisierung der Buchung nicht möglich!\r\n";
-constexpr std::string_view kRequestHeader = "Buchung (Daten): Das Erstellen der Anfrage ist nicht möglich!\r\n";
+constexpr std::string_view kRequestHeader =
+    "Buchung (Daten): Das Erstellen der Anfrage ist nicht möglich!\r\n";
 
 }  // namespace
 
@@ -33,7 +34,9 @@ clsZelTransActData::~clsZelTransActData() = default;
 
 Date clsZelTransActData::TransactionDate() const noexcept { return transactionDate_; }
 
-void clsZelTransActData::TransactionDate(Date Value) noexcept { transactionDate_ = internal::WithinRange(Value); }
+void clsZelTransActData::TransactionDate(Date Value) noexcept {
+  transactionDate_ = internal::WithinRange(Value);
+}
 
 ZELDataSignTypes clsZelTransActData::DataSignType() const noexcept { return dataSignType_; }
 
@@ -43,7 +46,9 @@ bool clsZelTransActData::UseSHA256() const noexcept { return useSha256_; }
 
 void clsZelTransActData::UseSHA256(bool Value) noexcept { useSha256_ = Value; }
 
-void clsZelTransActData::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) { printEngine_ = std::move(Value); }
+void clsZelTransActData::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) {
+  printEngine_ = std::move(Value);
+}
 
 const std::string& clsZelTransActData::ZelRqstData() const noexcept { return rqstData_; }
 
@@ -101,17 +106,12 @@ bool clsZelTransActData::BinaryDataGet(ZELSerialType DataType, ByteArray& Data, 
     ByteArray bytes;
     bool produced = false;
     switch (DataType) {
-      case ZELSerialType::Request:
-        produced = EncodeRqst(bytes);
-        break;
+      case ZELSerialType::Request: produced = EncodeRqst(bytes); break;
       case ZELSerialType::Response:
         produced = EncodeResp("Buchung (Daten): Kodieren der ZEL-Antwort nicht möglich!\r\n", bytes);
         break;
-      case ZELSerialType::BinaryData:
-        produced = EncodeData(bytes);
-        break;
-      default:
-        return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
+      case ZELSerialType::BinaryData: produced = EncodeData(bytes); break;
+      default: return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
     }
     return produced ? HandOut(std::move(bytes), false, Data, Start, DataLen, kGetHeader)
                     : ProducerFailed(kGetHeader);
@@ -172,12 +172,9 @@ bool clsZelTransActData::BinaryDataSet(ZELSerialType DataType, const ByteArray& 
       return Fail(*refusal, operation);
     }
     switch (DataType) {
-      case ZELSerialType::Request:
-        return DecodeRqst(bytes);
-      case ZELSerialType::Response:
-        return DecodeResp(bytes);
-      default:
-        return DecodeData(bytes);
+      case ZELSerialType::Request: return DecodeRqst(bytes);
+      case ZELSerialType::Response: return DecodeResp(bytes);
+      default: return DecodeData(bytes);
     }
   });
 }
@@ -185,7 +182,8 @@ bool clsZelTransActData::BinaryDataSet(ZELSerialType DataType, const ByteArray& 
 bool clsZelTransActData::DecodeData(const ByteArray& data) {
   constexpr std::string_view function = "DecodeData";
   if (!helper_.ToBase64String(data, dataToSign_)) {
-    return Fail(kFailed, Compose("Die Binärdaten konnten nicht in das", kCrLf, "Base64-Format überführt werden!"),
+    return Fail(kFailed,
+                Compose("Die Binärdaten konnten nicht in das", kCrLf, "Base64-Format überführt werden!"),
                 Via(function, "B64OfData"));
   }
   ByteArray digest;
@@ -197,7 +195,8 @@ bool clsZelTransActData::DecodeData(const ByteArray& data) {
   }
   return helper_.ToBase64String(digest, dataHash_) ||
          Fail(kFailed,
-              Compose("Der Hashcode der Binärdaten konnte nicht in das", kCrLf, "Base64-Format überführt werden!"),
+              Compose("Der Hashcode der Binärdaten konnte nicht in das", kCrLf,
+                      "Base64-Format überführt werden!"),
               Via(function, "B64OfHash"));
 }
 
@@ -228,8 +227,7 @@ bool clsZelTransActData::DecodeRqst(const ByteArray& data) {
         }
         hasTime = true;
         break;
-      default:
-        return Fail(internal::UnexpectedTag(data[position]), function);
+      default: return Fail(internal::UnexpectedTag(data[position]), function);
     }
   }
   if (hasTime) {
@@ -267,7 +265,8 @@ bool clsZelTransActData::DecodeRespRecord(const ByteArray& data, std::int32_t& p
       return coder_.GetZelCounter(data, position, ZelTags::Seq_Nr_Trans, respSeqNr_) ||
              fail(internal::kSequenceNotRead, "GetZelCounter");
     case ZelTags::Tp_ID:
-      return promote(coder_.GetZelTpID(data, position, respTpId_)) || fail(internal::kTaxpayerNotRead, "GetZelTpID");
+      return promote(coder_.GetZelTpID(data, position, respTpId_)) ||
+             fail(internal::kTaxpayerNotRead, "GetZelTpID");
     case ZelTags::Tp_ID_No:
       return promote(coder_.GetZelTpIDNr(data, position, respTpIdNr_)) ||
              fail(internal::kDeviceNotRead, "GetZelTpIDNr");
@@ -282,8 +281,9 @@ bool clsZelTransActData::DecodeRespRecord(const ByteArray& data, std::int32_t& p
 
 bool clsZelTransActData::EncodeXML(std::string& xmlData, std::int32_t intent) {
   if (rqstData_.empty() || respData_.empty()) {
-    return Fail(internal::NotEnoughData(internal::RequestAndResponseLengths(rqstData_.size(), respData_.size())),
-                "EncodeXML");
+    return Fail(
+        internal::NotEnoughData(internal::RequestAndResponseLengths(rqstData_.size(), respData_.size())),
+        "EncodeXML");
   }
   xmlData = internal::Document("transactionEncoded",
                                {internal::Element("transactionRequest", rqstData_),
@@ -300,8 +300,8 @@ bool clsZelTransActData::DecodeXML(std::string_view xmlData) {
   std::string document;
   ByteArray bytes;
   if (!ReadXmlElement(xmlData,
-                      {ZelXmlTags::Transaction, internal::kTransactionNotFound, notFoundIn, internal::kNoTransaction,
-                       kFailed},
+                      {ZelXmlTags::Transaction, internal::kTransactionNotFound, notFoundIn,
+                       internal::kNoTransaction, kFailed},
                       document)) {
     return false;
   }
@@ -314,10 +314,10 @@ bool clsZelTransActData::DecodeXML(std::string_view xmlData) {
   if (!DecodeRqst(bytes)) {
     return Fail(kFailed, internal::kRequestNotDecoded, Via(function, "DecodeRqst"));
   }
-  if (!ReadXmlBytes(
-          document,
-          {ZelXmlTags::TransResponse, internal::kResponseNotFound, notFoundIn, internal::kNoResponse, missing},
-          internal::kResponseNotBase64, notBase64In, bytes)) {
+  if (!ReadXmlBytes(document,
+                    {ZelXmlTags::TransResponse, internal::kResponseNotFound, notFoundIn,
+                     internal::kNoResponse, missing},
+                    internal::kResponseNotBase64, notBase64In, bytes)) {
     return false;
   }
   return DecodeResp(bytes) || Fail(kFailed, internal::kResponseNotDecoded, Compose(function, ".DecodeResp"));
@@ -326,7 +326,8 @@ bool clsZelTransActData::DecodeXML(std::string_view xmlData) {
 bool clsZelTransActData::Clear() {
   return Run("Clear", [&] {
     dataSignType_ = ZELDataSignTypes::DataOnly;
-    for (std::string* text : {&dataToSign_, &dataHash_, &rqstData_, &respData_, &respTpId_, &respSignature_}) {
+    for (std::string* text :
+         {&dataToSign_, &dataHash_, &rqstData_, &respData_, &respTpId_, &respSignature_}) {
       text->clear();
     }
     respTpIdNr_ = respSeqNr_ = Currency();

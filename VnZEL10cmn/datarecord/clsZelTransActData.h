@@ -14,9 +14,9 @@ namespace VnZEL10cmn {
 
 class clsZelItemPrint;
 
-/// A signed data record: a free block of data that the device signs. Hand the data in as `BinaryData`, get the
-/// `Request`, hand the device's answer back as `Response`; then the record can be exported as XML, without the
-/// data itself.
+/// A signed data record: a free block of data that the device signs. Hand the data in as `BinaryData`, get
+/// the `Request`, hand the device's answer back as `Response`; then the record can be exported as XML,
+/// without the data itself.
 class clsZelTransActData : public DeviceDocument {
  public:
   /// A record without data, dated now, to be signed as data only, hashing with SHA-256.
@@ -70,27 +70,27 @@ class clsZelTransActData : public DeviceDocument {
   /// `clsZelTransAct::GetItemHash`. Empty without data; "##FEHLER##" after a failure (9000).
   std::string GetDataHash(ZELHashFmt HashFmt, bool FromMem = false, std::int32_t GroupLen = 0);
 
-  /// Exports request and response as an XML document into `XmlData`, or imports them from there; layout as for
-  /// bookings, without items. Export fails with 9301 unless both are there; `XmlData` then stays. A failed import
-  /// (9301, 9302) leaves what was read before the failure.
+  /// Exports request and response as an XML document into `XmlData`, or imports them from there; layout as
+  /// for bookings, without items. Export fails with 9301 unless both are there; `XmlData` then stays. A
+  /// failed import (9301, 9302) leaves what was read before the failure.
   bool XmlHandler(std::string& XmlData, bool Export, std::int32_t Intent = 4);
 
-  /// Copies the record's bytes into `Data` from `Start` on: `Request` (built anew), `Response` or `BinaryData`;
-  /// others fail with 9303. 9204 when they do not fit, 9301 for other failures. `DataLen` receives the number of
-  /// bytes. After a failure `Data` is as it was.
+  /// Copies the record's bytes into `Data` from `Start` on: `Request` (built anew), `Response` or
+  /// `BinaryData`; others fail with 9303. 9204 when they do not fit, 9301 for other failures. `DataLen`
+  /// receives the number of bytes. After a failure `Data` is as it was.
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      std::int32_t* DataLen = nullptr);
 
-  /// Takes in `Request`, `Response` or `BinaryData` from the bytes from `Start` on, `DataLen` of them (below 1: to
-  /// the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen` reaches beyond
-  /// it, 9301 and 9305 for damaged data, of which the record then holds what was read before. A response may hold
-  /// its records in any order; one with a taxpayer makes a `DataOnly` record a `DataAndTpID` one, a request with a
-  /// time makes it a `DataAndTime` one.
+  /// Takes in `Request`, `Response` or `BinaryData` from the bytes from `Start` on, `DataLen` of them (below
+  /// 1: to the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen`
+  /// reaches beyond it, 9301 and 9305 for damaged data, of which the record then holds what was read before.
+  /// A response may hold its records in any order; one with a taxpayer makes a `DataOnly` record a
+  /// `DataAndTpID` one, a request with a time makes it a `DataAndTime` one.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
                      std::int32_t DataLen = 0);
 
-  /// Empties data, hash, request and response; the sign type becomes `DataOnly`. Date, hash selection and print
-  /// engine stay. Always True.
+  /// Empties data, hash, request and response; the sign type becomes `DataOnly`. Date, hash selection and
+  /// print engine stay. Always True.
   bool Clear();
 
   /// The record as a receipt.

@@ -28,11 +28,12 @@ MaybeRefusal CheckLowerBound(const ByteArray& buffer) {
   if (buffer.LBound() >= 0) {
     return std::nullopt;
   }
-  return Refusal{ZELErrorCodes::Err_Zel_CnvLBound,
-                 Compose("Die Untergrenze des Datenfeldes ist nicht \"0\"", kCrLf, "Untergrenze: ", buffer.LBound())};
+  return Refusal{ZELErrorCodes::Err_Zel_CnvLBound, Compose("Die Untergrenze des Datenfeldes ist nicht \"0\"",
+                                                           kCrLf, "Untergrenze: ", buffer.LBound())};
 }
 
-/// What reading and writing have in common: the array's bounds and a start that leaves room for a length byte.
+/// What reading and writing have in common: the array's bounds and a start that leaves room for a length
+/// byte.
 MaybeRefusal CheckStart(const ByteArray& buffer, std::int32_t start) {
   if (auto refusal = CheckLowerBound(buffer)) {
     return refusal;
@@ -44,8 +45,8 @@ MaybeRefusal CheckStart(const ByteArray& buffer, std::int32_t start) {
   }
   if (start == buffer.UBound()) {
     return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidStart,
-                   Compose("Die Startposition ist ungültig, es kann keine Längenangabe folgen", kStartLine, start,
-                           kUpperLine, buffer.UBound())};
+                   Compose("Die Startposition ist ungültig, es kann keine Längenangabe folgen", kStartLine,
+                           start, kUpperLine, buffer.UBound())};
   }
   return std::nullopt;
 }
@@ -56,9 +57,9 @@ Refusal LengthRefusal(std::string_view message, std::int32_t start, std::uint8_t
 }
 
 Refusal BeyondLengthByte(std::int32_t start, std::uint8_t tag, std::int64_t length) {
-  return LengthRefusal(Compose("Ungültige Längenangabe.", kCrLf,
-                               "Die Länge eines Tags darf 127 Byte nicht überschreiten!"),
-                       start, tag, length);
+  return LengthRefusal(
+      Compose("Ungültige Längenangabe.", kCrLf, "Die Länge eines Tags darf 127 Byte nicht überschreiten!"),
+      start, tag, length);
 }
 
 void WriteHead(ByteArray& buffer, std::int32_t start, ZelTags tag, std::size_t length) {
@@ -91,16 +92,17 @@ bool FindRefused(std::string_view text, Accepts&& accepts, char16_t& refused, st
   return position != 0;
 }
 
-MaybeRefusal CheckBcdDigits(const ByteArray& buffer, std::int32_t start, std::string_view text, std::size_t count) {
+MaybeRefusal CheckBcdDigits(const ByteArray& buffer, std::int32_t start, std::string_view text,
+                            std::size_t count) {
   const auto* const invalid = std::find_if_not(text.begin(), text.begin() + count, IsDigit);
   if (invalid == text.begin() + count) {
     return std::nullopt;
   }
-  return Refusal{
-      ZELErrorCodes::Err_Zel_CnvInvalidBCD,
-      Compose("Es wurde ein ungültiger BCD-wert gefunden!", kTagLine, HexByte(buffer[start]), kTagLengthLine,
-              buffer[start + 1], kTagPositionLine, start, "\r\n    Pos. Zeichenf. ..: ", invalid - text.begin() + 1,
-              kTextLine, text, kCharacterLine, std::string_view(invalid, 1))};
+  return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidBCD,
+                 Compose("Es wurde ein ungültiger BCD-wert gefunden!", kTagLine, HexByte(buffer[start]),
+                         kTagLengthLine, buffer[start + 1], kTagPositionLine, start,
+                         "\r\n    Pos. Zeichenf. ..: ", invalid - text.begin() + 1, kTextLine, text,
+                         kCharacterLine, std::string_view(invalid, 1))};
 }
 
 /// Drops leading zeros while at least `least` characters stay.
@@ -119,8 +121,8 @@ MaybeRefusal CheckNotEmpty(std::string_view text, std::string_view message, ZelT
 
 constexpr std::string_view kEmptyBcd = "Leere BCD-Zeichenfolgen sind nicht erlaubt!";
 
-Refusal InvalidBcdCharacter(std::string_view message, ZelTags tag, std::int32_t start, std::string_view character,
-                            std::size_t position) {
+Refusal InvalidBcdCharacter(std::string_view message, ZelTags tag, std::int32_t start,
+                            std::string_view character, std::size_t position) {
   return {ZELErrorCodes::Err_Zel_CnvInvalidBCD,
           Compose(message, kTagLine, HexByte(tag), kTagPositionLine, start, kCharacterLine, character,
                   kCharacterPositionLine, position)};
@@ -159,15 +161,13 @@ void Advance(std::int32_t& start, std::size_t length) {
 }
 
 Refusal TooShort(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t min) {
-  Refusal refusal =
-      LengthRefusal("Die Mindestlänge für dieses TAG wurde unterschritten", start, tag, length);
+  Refusal refusal = LengthRefusal("Die Mindestlänge für dieses TAG wurde unterschritten", start, tag, length);
   refusal.message.append(Compose("\r\n    Mindestlänge ....: ", min));
   return refusal;
 }
 
 Refusal TooLong(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t max) {
-  Refusal refusal =
-      LengthRefusal("Die Maximallänge für dieses TAG wurde überschritten", start, tag, length);
+  Refusal refusal = LengthRefusal("Die Maximallänge für dieses TAG wurde überschritten", start, tag, length);
   refusal.message.append(Compose("\r\n    Maximallänge ....: ", max));
   return refusal;
 }
@@ -175,9 +175,9 @@ Refusal TooLong(std::int32_t start, std::uint8_t tag, std::int64_t length, std::
 Refusal InvalidTextByte(std::int32_t start, std::uint8_t tag, std::size_t length, std::size_t offset,
                         std::uint8_t byte) {
   return {ZELErrorCodes::Err_Zel_CnvInvalidChar,
-          Compose("Es wurde ein ungültiger Zeichenwert gefunden!", kTagLine, HexByte(tag), kTagLengthLine, length,
-                  kTotalPositionLine, start + kRecordHead + static_cast<std::int64_t>(offset), kTagPositionLine,
-                  offset, "\r\n    Zeichenwert .....: ", byte, " // ", HexByte(byte))};
+          Compose("Es wurde ein ungültiger Zeichenwert gefunden!", kTagLine, HexByte(tag), kTagLengthLine,
+                  length, kTotalPositionLine, start + kRecordHead + static_cast<std::int64_t>(offset),
+                  kTagPositionLine, offset, "\r\n    Zeichenwert .....: ", byte, " // ", HexByte(byte))};
 }
 
 Refusal UnexpectedTag(std::uint8_t tag) {
@@ -191,8 +191,8 @@ MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start) {
     return std::nullopt;
   }
   return Refusal{ZELErrorCodes::Err_Zel_CnvDataSize,
-                 Compose(kBufferTooSmall, kStartLine, start, kTagLine, HexByte(buffer[start]), kLengthLine, length,
-                         kReadEndLine, end, kUpperLine, buffer.UBound())};
+                 Compose(kBufferTooSmall, kStartLine, start, kTagLine, HexByte(buffer[start]), kLengthLine,
+                         length, kReadEndLine, end, kUpperLine, buffer.UBound())};
 }
 
 MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limits, ZelTags tag) {
@@ -225,8 +225,9 @@ MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limit
 
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length) {
   if (length < 0) {
-    return Refusal{ZELErrorCodes::Err_Cmn_InvalidParam,
-                   Compose("Der Parameter \"Length\" weist einen ungültigen Wert auf", kCrLf, "Length: ", length)};
+    return Refusal{
+        ZELErrorCodes::Err_Cmn_InvalidParam,
+        Compose("Der Parameter \"Length\" weist einen ungültigen Wert auf", kCrLf, "Length: ", length)};
   }
   if (auto refusal = CheckStart(buffer, start)) {
     return refusal;
@@ -234,8 +235,8 @@ MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_
   const std::int64_t end = start + length + 1;
   if (end > buffer.UBound()) {
     return Refusal{ZELErrorCodes::Err_Zel_CnvDataSize,
-                   Compose(kBufferTooSmall, kStartLine, start, kLengthLine, length, "\r\n    Schreibende .....: ", end,
-                           kUpperLine, buffer.UBound())};
+                   Compose(kBufferTooSmall, kStartLine, start, kLengthLine, length,
+                           "\r\n    Schreibende .....: ", end, kUpperLine, buffer.UBound())};
   }
   if (length > kMaxLength) {
     return BeyondLengthByte(start, buffer[start], length);
@@ -301,8 +302,8 @@ MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::st
   if (negative && result == "0") {
     return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidDtaFmt,
                    Compose("Das Datenformat ist ungültig (Nullwert mit \"-\"-Kennzeichen!)", kTagLine,
-                           HexByte(buffer[start]), kTagLengthLine, buffer[start + 1], kTotalPositionLine, start,
-                           "\r\n    Dekodierter Wert : & Result")};
+                           HexByte(buffer[start]), kTagLengthLine, buffer[start + 1], kTotalPositionLine,
+                           start, "\r\n    Dekodierter Wert : & Result")};
   }
   if (negative) {
     result.insert(result.begin(), '-');
@@ -313,8 +314,9 @@ MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::st
 
 MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data) {
   if (data.LBound() < 0) {
-    return Refusal{ZELErrorCodes::Err_Zel_CnvLBound,
-                   Compose("Die Untergrenze des Datenpuffers ist nicht \"0\"", kCrLf, "Untergrenze: ", data.LBound())};
+    return Refusal{
+        ZELErrorCodes::Err_Zel_CnvLBound,
+        Compose("Die Untergrenze des Datenpuffers ist nicht \"0\"", kCrLf, "Untergrenze: ", data.LBound())};
   }
   const std::int64_t length = std::int64_t{data.UBound()} + 1;
   if (auto refusal = CheckWrite(buffer, start, length)) {
@@ -349,9 +351,10 @@ MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std
     return printable;
   };
   if (FindRefused(data, write, refused, position)) {
-    return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidLen,
-                   Compose("Ungültiges Zeichen in der Zeichenfolge", kTagLine, HexByte(tag), kTagLengthLine, length,
-                           kTagPositionLine, start, kCharacterLine, Shown(refused), kCharacterPositionLine, position)};
+    return Refusal{
+        ZELErrorCodes::Err_Zel_CnvInvalidLen,
+        Compose("Ungültiges Zeichen in der Zeichenfolge", kTagLine, HexByte(tag), kTagLengthLine, length,
+                kTagPositionLine, start, kCharacterLine, Shown(refused), kCharacterPositionLine, position)};
   }
   Advance(start, length);
   return std::nullopt;
@@ -369,15 +372,18 @@ MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool
   return std::nullopt;
 }
 
-MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data, bool leadZeroOk) {
+MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,
+                      bool leadZeroOk) {
   std::string text = Upper(Trim(data));
   if (auto refusal = CheckNotEmpty(text, kEmptyBcd, tag, start)) {
     return refusal;
   }
   char16_t refused = 0;
   std::size_t position = 0;
-  if (FindRefused(text, [](char16_t unit) { return unit >= '0' && unit <= '9'; }, refused, position)) {
-    return InvalidBcdCharacter("Ungültiges Zeichen in der BCD-Zeichenfolge", tag, start, Shown(refused), position);
+  if (FindRefused(
+          text, [](char16_t unit) { return unit >= '0' && unit <= '9'; }, refused, position)) {
+    return InvalidBcdCharacter("Ungültiges Zeichen in der BCD-Zeichenfolge", tag, start, Shown(refused),
+                               position);
   }
   if (!leadZeroOk) {
     DropLeadingZeros(text, 1);
@@ -392,12 +398,14 @@ MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag,
   }
   if (text.back() != 'C' && text.back() != 'D') {
     return InvalidBcdCharacter(
-        Compose("Ungültiges Endzeichen in der einer", kCrLf, "vorzeichenbehafteten BCD-Zeichenfolge."), tag, start,
-        Compose("\"", Utf16Right(text, 1), "\", erlaubt sind \"C\" oder \"D\""), Utf16Length(text));
+        Compose("Ungültiges Endzeichen in der einer", kCrLf, "vorzeichenbehafteten BCD-Zeichenfolge."), tag,
+        start, Compose("\"", Utf16Right(text, 1), "\", erlaubt sind \"C\" oder \"D\""), Utf16Length(text));
   }
   char16_t refused = 0;
   std::size_t position = 0;
-  const auto accepts = [](char16_t unit) { return (unit >= '0' && unit <= '9') || unit == 'C' || unit == 'D'; };
+  const auto accepts = [](char16_t unit) {
+    return (unit >= '0' && unit <= '9') || unit == 'C' || unit == 'D';
+  };
   if (FindRefused(text, accepts, refused, position)) {
     return InvalidBcdCharacter("Ungültiges Zeichen in der BCD-Zeichenfolge (vorzeichenbehaftet)", tag, start,
                                Shown(refused), position);
@@ -405,8 +413,8 @@ MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag,
   DropLeadingZeros(text, 1);
   if (std::none_of(text.begin(), text.end() - 1, IsDigit)) {
     return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidLen,
-                   Compose("Ungültiges BCD-Zeichenfolgenformat", kCrLf, "Die Konditionierung liefert eine", kCrLf,
-                           "Zeichenfolge ohne signifikate Daten", kTextLine, "\"", text, "\"")};
+                   Compose("Ungültiges BCD-Zeichenfolgenformat", kCrLf, "Die Konditionierung liefert eine",
+                           kCrLf, "Zeichenfolge ohne signifikate Daten", kTextLine, "\"", text, "\"")};
   }
   return WriteNibbles(buffer, start, tag, text);
 }

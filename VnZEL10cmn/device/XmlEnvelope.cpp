@@ -28,7 +28,8 @@ constexpr std::array<Element, 8> kElements = {{
 }};
 
 constexpr std::size_t kNowhere = std::string_view::npos;
-constexpr std::string_view kBase64Characters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/_-=";
+constexpr std::string_view kBase64Characters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/_-=";
 constexpr std::string_view kTagLine = "\r\n    XML-Tag ..........: ";
 
 char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
@@ -40,7 +41,8 @@ std::size_t Find(std::string_view text, std::string_view wanted) {
   if (wanted.empty()) {
     return kNowhere;
   }
-  const auto* const found = std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), EqualInAnyCase);
+  const auto* const found =
+      std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), EqualInAnyCase);
   return found == text.end() ? kNowhere : static_cast<std::size_t>(found - text.begin());
 }
 
@@ -89,9 +91,9 @@ MaybeRefusal FindElement(std::string_view document, ZelXmlTags tag, std::string_
   const std::size_t bracket = document.find('>', opening);
   const std::size_t start = bracket == kNowhere ? document.size() : bracket + 1;
   if (start >= end) {
-    Refusal refusal =
-        Missing(Compose("Die XML-Tags sind nicht in der richtigen Reihenfolge", kCrLf, "oder anderweitig korrupt!"),
-                element.opening);
+    Refusal refusal = Missing(
+        Compose("Die XML-Tags sind nicht in der richtigen Reihenfolge", kCrLf, "oder anderweitig korrupt!"),
+        element.opening);
     refusal.message.append(Compose("\r\n    Startpos. Tag ....: ", Position(document, start),
                                    "\r\n    Endpos. Tag ......: ", Position(document, end), kCrLf));
     return refusal;

@@ -47,8 +47,8 @@ bool IsMonth(ZelTags tag) { return tag == ZelTags::Month_Start || tag == ZelTags
 
 /// A reader of one field: the field's tag and length, then the value.
 template <class Result, class Reader>
-MaybeRefusal ReadField(const ByteArray& buffer, std::int32_t& start, Result& result, Limits limits, ZelTags tag,
-                       Reader&& reader) {
+MaybeRefusal ReadField(const ByteArray& buffer, std::int32_t& start, Result& result, Limits limits,
+                       ZelTags tag, Reader&& reader) {
   if (auto refusal = CheckRead(buffer, start, limits, tag)) {
     return refusal;
   }
@@ -102,7 +102,8 @@ std::int64_t NumberOf(std::string_view digits) {
 Refusal InvalidHashLength(std::size_t length) {
   return {ZELErrorCodes::Err_Zel_CnvInvalidLen,
           Compose("Die Länge der Hash-Daten stimmt nicht!", kCrLf,
-                  "Der Hash muß eine Länge von 20 oder 32 Byte aufweisen!", "\r\n    Länge Hash .......: ", length)};
+                  "Der Hash muß eine Länge von 20 oder 32 Byte aufweisen!",
+                  "\r\n    Länge Hash .......: ", length)};
 }
 
 bool IsHashLength(std::size_t length) { return length == 20 || length == 32; }
@@ -118,8 +119,9 @@ MaybeRefusal WriteHash(ByteArray& buffer, std::int32_t& start, bool isTrans, con
 }
 
 Refusal TooManyDigits(ZELErrorCodes number, std::size_t most, std::string_view text) {
-  return {number, Compose("Die Länge der Betragsdastellung überschreitet den max. Wert!", kCrLf, "Es sind max. ", most,
-                          " signifikante Stellen zulässig", kAmountLengthLine, text.size(), kAmountTextLine, text)};
+  return {number, Compose("Die Länge der Betragsdastellung überschreitet den max. Wert!", kCrLf,
+                          "Es sind max. ", most, " signifikante Stellen zulässig", kAmountLengthLine,
+                          text.size(), kAmountTextLine, text)};
 }
 
 Refusal OutsideRange(std::string_view current, std::string_view smallest, std::string_view largest) {
@@ -131,12 +133,13 @@ Refusal OutsideRange(std::string_view current, std::string_view smallest, std::s
 MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency amount, bool longVal) {
   constexpr std::int64_t limit = 92233720368547700;  // scaled: 9,223,372,036,854.77
   if (amount.Scaled() < -limit || amount.Scaled() > limit) {
-    const std::string shown = internal::FormatNumber(amount, internal::kAmount, internal::CurrentRegionalSettings());
-    return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidLen,
-                   Compose("Der Betrag über- oder unterschreitet die", kCrLf, "hier zulässigen Wertegrenzen!",
-                           "\r\n    Betrag ...........: ", shown,
-                           "\r\n    Min. Betrag ......: -9.223.372.036.854,77",
-                           "\r\n    Max. Betrag ......:  9.223.372.036.854,77")};
+    const std::string shown =
+        internal::FormatNumber(amount, internal::kAmount, internal::CurrentRegionalSettings());
+    return Refusal{
+        ZELErrorCodes::Err_Zel_CnvInvalidLen,
+        Compose("Der Betrag über- oder unterschreitet die", kCrLf, "hier zulässigen Wertegrenzen!",
+                "\r\n    Betrag ...........: ", shown, "\r\n    Min. Betrag ......: -9.223.372.036.854,77",
+                "\r\n    Max. Betrag ......:  9.223.372.036.854,77")};
   }
   std::string text = internal::FormatHundredfold(amount);
   if (text.front() == '-') {
@@ -153,10 +156,10 @@ MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Cu
   return internal::WriteSignedBcd(buffer, start, tag, text);
 }
 
-MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result, bool longVal) {
+MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result,
+                        bool longVal) {
   std::string digits;
-  if (auto refusal =
-          ReadField(buffer, start, digits, AmountLimits(longVal), tag, internal::ReadSignedBcd)) {
+  if (auto refusal = ReadField(buffer, start, digits, AmountLimits(longVal), tag, internal::ReadSignedBcd)) {
     return refusal;
   }
   result = Currency::FromScaled(NumberOf(digits) * 100);
@@ -190,7 +193,8 @@ MaybeRefusal WriteDate(ByteArray& buffer, std::int32_t& start, ZelTags tag, Date
     return refusal;
   }
   return internal::WriteBcd(buffer, start, tag,
-                            isMonth ? internal::FormatDigitsMonth(parts) : internal::FormatDigitsDate(parts), false);
+                            isMonth ? internal::FormatDigitsMonth(parts) : internal::FormatDigitsDate(parts),
+                            false);
 }
 
 std::int32_t Digits(std::string_view text, std::size_t at, std::size_t count) {
@@ -199,11 +203,13 @@ std::int32_t Digits(std::string_view text, std::size_t at, std::size_t count) {
 
 /// The last day of a month that exists.
 std::int32_t LastDay(std::int32_t year, std::int32_t month) {
-  const auto last = std::chrono::year{year} / std::chrono::month{static_cast<unsigned>(month)} / std::chrono::last;
+  const auto last =
+      std::chrono::year{year} / std::chrono::month{static_cast<unsigned>(month)} / std::chrono::last;
   return static_cast<std::int32_t>(static_cast<unsigned>(last.day()));
 }
 
-MaybeRefusal ReadDate(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Date& result, std::int32_t minLen) {
+MaybeRefusal ReadDate(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Date& result,
+                      std::int32_t minLen) {
   if (minLen < 1) {
     minLen = IsMonth(tag) ? kMonthBytes : kDateBytes;
   }
@@ -306,20 +312,25 @@ bool clsZelBaseCoding::DataWriteBaseCheck(const ByteArray& Buffer, std::int32_t 
 
 bool clsZelBaseCoding::GetDataBinary(const ByteArray& Buffer, std::int32_t& Start, ByteArray& Result,
                                      std::int32_t MinLen, std::int32_t MaxLen) {
-  return Code("GetDataBinary", Start,
-              [&] { return internal::ReadBinary(Buffer, Start, Result, {MinLen, MaxLen}); });
+  return Code("GetDataBinary", Start, [&] {
+    return internal::ReadBinary(Buffer, Start, Result, {MinLen, MaxLen});
+  });
 }
 
 bool clsZelBaseCoding::GetDataAscii(const ByteArray& Buffer, std::int32_t& Start, std::string& Result,
                                     std::int32_t MinLen, std::int32_t MaxLen) {
-  return Code("GetDataAscii", Start, [&] { return internal::ReadAscii(Buffer, Start, Result, {MinLen, MaxLen}); });
+  return Code("GetDataAscii", Start, [&] {
+    return internal::ReadAscii(Buffer, Start, Result, {MinLen, MaxLen});
+  });
 }
 
-bool clsZelBaseCoding::SetDataBinary(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, const ByteArray& Data) {
+bool clsZelBaseCoding::SetDataBinary(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                     const ByteArray& Data) {
   return Code("SetDataBinary", Start, [&] { return internal::WriteBinary(Buffer, Start, Tag, Data); });
 }
 
-bool clsZelBaseCoding::SetDataAscii(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, std::string_view Data) {
+bool clsZelBaseCoding::SetDataAscii(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                    std::string_view Data) {
   return Code("SetDataAscii", Start, [&] { return internal::WriteAscii(Buffer, Start, Tag, Data); });
 }
 
@@ -329,13 +340,16 @@ bool clsZelBaseCoding::SetDataBool(ByteArray& Buffer, std::int32_t& Start, ZelTa
 
 bool clsZelBaseCoding::GetDataBcd(const ByteArray& Buffer, std::int32_t& Start, std::string& Result,
                                   std::int32_t MinLen, std::int32_t MaxLen) {
-  return Code("GetDataBcd", Start, [&] { return internal::ReadBcd(Buffer, Start, Result, {MinLen, MaxLen}); });
+  return Code("GetDataBcd", Start, [&] {
+    return internal::ReadBcd(Buffer, Start, Result, {MinLen, MaxLen});
+  });
 }
 
 bool clsZelBaseCoding::GetDataBcdSgnd(const ByteArray& Buffer, std::int32_t& Start, std::string& Result,
                                       std::int32_t MinLen, std::int32_t MaxLen) {
-  return Code("GetDataBcdSgnd", Start,
-              [&] { return internal::ReadSignedBcd(Buffer, Start, Result, {MinLen, MaxLen}); });
+  return Code("GetDataBcdSgnd", Start, [&] {
+    return internal::ReadSignedBcd(Buffer, Start, Result, {MinLen, MaxLen});
+  });
 }
 
 bool clsZelBaseCoding::SetDataBcd(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, std::string_view Data,
@@ -343,7 +357,8 @@ bool clsZelBaseCoding::SetDataBcd(ByteArray& Buffer, std::int32_t& Start, ZelTag
   return Code("SetDataBcd", Start, [&] { return internal::WriteBcd(Buffer, Start, Tag, Data, LeadZeroOk); });
 }
 
-bool clsZelBaseCoding::SetDataBcdSgnd(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, std::string_view Data) {
+bool clsZelBaseCoding::SetDataBcdSgnd(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                      std::string_view Data) {
   return Code("SetDataBcdSgnd", Start, [&] { return internal::WriteSignedBcd(Buffer, Start, Tag, Data); });
 }
 
@@ -380,7 +395,8 @@ bool clsZelBaseCoding::GetZelSerialNr(const ByteArray& Buffer, std::int32_t& Sta
 }
 
 bool clsZelBaseCoding::GetZelVersion(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
-  return Code("GetZelVersion", Start, [&] { return ReadText(Buffer, Start, Result, kVersion, ZelTags::Version); });
+  return Code("GetZelVersion", Start,
+              [&] { return ReadText(Buffer, Start, Result, kVersion, ZelTags::Version); });
 }
 
 bool clsZelBaseCoding::GetZelTranspPin(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
@@ -410,7 +426,8 @@ bool clsZelBaseCoding::SetZelTranspPin(ByteArray& Buffer, std::int32_t& Start, s
 }
 
 bool clsZelBaseCoding::GetZelTpID(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
-  return Code("GetZelTpID", Start, [&] { return ReadText(Buffer, Start, Result, kTaxpayerId, ZelTags::Tp_ID); });
+  return Code("GetZelTpID", Start,
+              [&] { return ReadText(Buffer, Start, Result, kTaxpayerId, ZelTags::Tp_ID); });
 }
 
 bool clsZelBaseCoding::GetZelTpIDNr(const ByteArray& Buffer, std::int32_t& Start, Currency& Result) {
@@ -419,7 +436,8 @@ bool clsZelBaseCoding::GetZelTpIDNr(const ByteArray& Buffer, std::int32_t& Start
 }
 
 bool clsZelBaseCoding::GetZelOperator(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
-  return Code("GetZelOperator", Start, [&] { return ReadText(Buffer, Start, Result, kOperator, ZelTags::Operator); });
+  return Code("GetZelOperator", Start,
+              [&] { return ReadText(Buffer, Start, Result, kOperator, ZelTags::Operator); });
 }
 
 bool clsZelBaseCoding::SetZelOperator(ByteArray& Buffer, std::int32_t& Start, std::string_view Operator) {
@@ -435,7 +453,8 @@ bool clsZelBaseCoding::SetZelOperator(ByteArray& Buffer, std::int32_t& Start, st
   });
 }
 
-bool clsZelBaseCoding::GetZelHash(const ByteArray& Buffer, std::int32_t& Start, bool IsTrans, std::string& Result) {
+bool clsZelBaseCoding::GetZelHash(const ByteArray& Buffer, std::int32_t& Start, bool IsTrans,
+                                  std::string& Result) {
   return Code("GetZelHash", Start, [&]() -> MaybeRefusal {
     ByteArray hash;
     if (auto refusal = ReadField(Buffer, Start, hash, kHash, HashTag(IsTrans), internal::ReadBinary)) {
@@ -449,11 +468,13 @@ bool clsZelBaseCoding::GetZelHash(const ByteArray& Buffer, std::int32_t& Start, 
   });
 }
 
-bool clsZelBaseCoding::SetZelHash(ByteArray& Buffer, std::int32_t& Start, bool IsTrans, const ByteArray& HASH) {
+bool clsZelBaseCoding::SetZelHash(ByteArray& Buffer, std::int32_t& Start, bool IsTrans,
+                                  const ByteArray& HASH) {
   return Code("SetZelHash", Start, [&] { return WriteHash(Buffer, Start, IsTrans, HASH); });
 }
 
-bool clsZelBaseCoding::SetZelHash2(ByteArray& Buffer, std::int32_t& Start, bool IsTrans, std::string_view HASH) {
+bool clsZelBaseCoding::SetZelHash2(ByteArray& Buffer, std::int32_t& Start, bool IsTrans,
+                                   std::string_view HASH) {
   return Code("SetZelHash2", Start, [&]() -> MaybeRefusal {
     ByteArray hash;
     if (!helper_.FromBase64String(HASH, hash)) {
@@ -465,13 +486,15 @@ bool clsZelBaseCoding::SetZelHash2(ByteArray& Buffer, std::int32_t& Start, bool 
   });
 }
 
-bool clsZelBaseCoding::GetZelCurrencyCode(const ByteArray& Buffer, std::int32_t& Start, std::int32_t& Result) {
+bool clsZelBaseCoding::GetZelCurrencyCode(const ByteArray& Buffer, std::int32_t& Start,
+                                          std::int32_t& Result) {
   return Code("GetZelCurrencyCode", Start,
               [&] { return ReadInteger(Buffer, Start, Result, {}, ZelTags::Currency); });
 }
 
 bool clsZelBaseCoding::SetZelCurrencyCode(ByteArray& Buffer, std::int32_t& Start, std::int32_t CrncyCode) {
-  return Code("SetZelCurrencyCode", Start, [&] { return WriteInteger(Buffer, Start, ZelTags::Currency, CrncyCode); });
+  return Code("SetZelCurrencyCode", Start,
+              [&] { return WriteInteger(Buffer, Start, ZelTags::Currency, CrncyCode); });
 }
 
 bool clsZelBaseCoding::GetZelCountryCode(const ByteArray& Buffer, std::int32_t& Start, std::int32_t& Result) {
@@ -479,7 +502,8 @@ bool clsZelBaseCoding::GetZelCountryCode(const ByteArray& Buffer, std::int32_t& 
               [&] { return ReadInteger(Buffer, Start, Result, {}, ZelTags::Country_Code); });
 }
 
-bool clsZelBaseCoding::GetZelCounter(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency& Result) {
+bool clsZelBaseCoding::GetZelCounter(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                     Currency& Result) {
   return Code("GetZelCounter", Start, [&] { return ReadCounter(Buffer, Start, Result, {}, Tag); });
 }
 
@@ -488,8 +512,8 @@ bool clsZelBaseCoding::SetZelCounter(ByteArray& Buffer, std::int32_t& Start, Zel
               [&] { return WriteInteger(Buffer, Start, Tag, clsHelper01().CurrencyToLong(Data)); });
 }
 
-bool clsZelBaseCoding::GetZelAmounts(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency& Result,
-                                     bool LongVal) {
+bool clsZelBaseCoding::GetZelAmounts(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                     Currency& Result, bool LongVal) {
   return Code("GetZelAmounts", Start, [&] { return ReadAmount(Buffer, Start, Tag, Result, LongVal); });
 }
 
@@ -521,7 +545,8 @@ bool clsZelBaseCoding::SetZelTimes(ByteArray& Buffer, std::int32_t& Start, ZelTa
   });
 }
 
-bool clsZelBaseCoding::GetZelValsPos(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency& Result) {
+bool clsZelBaseCoding::GetZelValsPos(const ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
+                                     Currency& Result) {
   return Code("GetZelValsPos", Start, [&] { return ReadPositive(Buffer, Start, Tag, Result); });
 }
 
@@ -551,7 +576,8 @@ bool clsZelBaseCoding::SetZelVatRate(ByteArray& Buffer, std::int32_t& Start, Cur
       };
       return OutsideRange(shown(VATrate), shown(smallest), shown(largest));
     }
-    return WritePositive(Buffer, Start, ZelTags::Trnvr_Vat_Rate, Currency::FromScaled(VATrate.Scaled() * 100));
+    return WritePositive(Buffer, Start, ZelTags::Trnvr_Vat_Rate,
+                         Currency::FromScaled(VATrate.Scaled() * 100));
   });
 }
 
@@ -567,19 +593,20 @@ bool clsZelBaseCoding::GetZelAmountsSpc01(const ByteArray& Buffer, std::int32_t&
               [&] { return ReadAmount(Buffer, Start, static_cast<ZelTags>(Tag), Result, LongVal); });
 }
 
-bool clsZelBaseCoding::SetZelAmountsSpc01(ByteArray& Buffer, std::int32_t& Start, ZelRqstAmounts Tag, Currency Amount,
-                                          bool LongVal) {
+bool clsZelBaseCoding::SetZelAmountsSpc01(ByteArray& Buffer, std::int32_t& Start, ZelRqstAmounts Tag,
+                                          Currency Amount, bool LongVal) {
   return Code("SetZelAmountsSpc01", Start,
               [&] { return WriteAmount(Buffer, Start, static_cast<ZelTags>(Tag), Amount, LongVal); });
 }
 
-bool clsZelBaseCoding::GetZelDatesSpc01(const ByteArray& Buffer, std::int32_t& Start, ZelRqstDates Tag, Date& Result,
-                                        std::int32_t MinLen) {
+bool clsZelBaseCoding::GetZelDatesSpc01(const ByteArray& Buffer, std::int32_t& Start, ZelRqstDates Tag,
+                                        Date& Result, std::int32_t MinLen) {
   return Code("GetZelDatesSpc01", Start,
               [&] { return ReadDate(Buffer, Start, static_cast<ZelTags>(Tag), Result, MinLen); });
 }
 
-bool clsZelBaseCoding::SetZelDatesSpc01(ByteArray& Buffer, std::int32_t& Start, ZelRqstDates Tag, Date xDate) {
+bool clsZelBaseCoding::SetZelDatesSpc01(ByteArray& Buffer, std::int32_t& Start, ZelRqstDates Tag,
+                                        Date xDate) {
   return Code("SetZelDatesSpc01", Start,
               [&] { return WriteDate(Buffer, Start, static_cast<ZelTags>(Tag), xDate); });
 }
@@ -587,28 +614,25 @@ bool clsZelBaseCoding::SetZelDatesSpc01(ByteArray& Buffer, std::int32_t& Start, 
 std::string clsZelBaseCoding::ToStringZelState(ZelLifeCycle State) {
   return RunFor<std::string>("ToStringZelState", [&]() -> std::string {
     switch (State) {
-      case ZelLifeCycle::Undefined:
-        return "nicht gesetzt";
-      case ZelLifeCycle::Initialized:
-        return "Initialisiert";
-      case ZelLifeCycle::Personalized:
-        return "Personalisiert";
-      case ZelLifeCycle::Activated:
-        return "Aktiviert";
-      case ZelLifeCycle::Deactivated:
-        return "Deaktiviert";
+      case ZelLifeCycle::Undefined: return "nicht gesetzt";
+      case ZelLifeCycle::Initialized: return "Initialisiert";
+      case ZelLifeCycle::Personalized: return "Personalisiert";
+      case ZelLifeCycle::Activated: return "Aktiviert";
+      case ZelLifeCycle::Deactivated: return "Deaktiviert";
     }
     return "Unbekannt";
   });
 }
 
-bool clsZelBaseCoding::GetZelSingatureString(const ByteArray& Buffer, std::string& Result, std::int32_t GroupLen,
-                                             std::string_view GroupSep, bool AsBase32) {
+bool clsZelBaseCoding::GetZelSingatureString(const ByteArray& Buffer, std::string& Result,
+                                             std::int32_t GroupLen, std::string_view GroupSep,
+                                             bool AsBase32) {
   return Run("GetZelSingatureString", [&] {
     std::string text;
     if (!(AsBase32 ? helper_.ToBase32String(Buffer, text) : helper_.ToBase64String(Buffer, text))) {
-      return FailAs(helper_.ErrorObject(), helper_.ErrorObject().ErrorMsg(),
-                    AsBase32 ? "GetZelSingatureString.[ToBase32String]" : "GetZelSingatureString.[ToBase64String]");
+      return FailAs(
+          helper_.ErrorObject(), helper_.ErrorObject().ErrorMsg(),
+          AsBase32 ? "GetZelSingatureString.[ToBase32String]" : "GetZelSingatureString.[ToBase64String]");
     }
     Result = Grouped(std::move(text), GroupLen, GroupSep);
     return true;
@@ -622,8 +646,8 @@ bool clsZelBaseCoding::GetZelSignature2(const ByteArray& Buffer, std::int32_t& S
     auto refusal = ReadField(Buffer, Start, signature, kSignature, ZelTags::Signature, internal::ReadBinary);
     if (!refusal) {
       const std::span<const std::uint8_t> bytes(signature.data(), signature.size());
-      Result = Grouped(AsBase32 ? internal::EncodeBase32(bytes, false) : internal::EncodeBase64(bytes), GroupLen,
-                       GroupSep);
+      Result = Grouped(AsBase32 ? internal::EncodeBase32(bytes, false) : internal::EncodeBase64(bytes),
+                       GroupLen, GroupSep);
     }
     return refusal;
   });

@@ -52,8 +52,8 @@ class clsZelBaseCoding : public VnObject {
 
   /// Reads the value of any record as text of the characters 32 to 127; another byte fails with 9206 and
   /// leaves in `Result` the characters before it, filled up with blanks.
-  bool GetDataAscii(const ByteArray& Buffer, std::int32_t& Start, std::string& Result, std::int32_t MinLen = -1,
-                    std::int32_t MaxLen = -1);
+  bool GetDataAscii(const ByteArray& Buffer, std::int32_t& Start, std::string& Result,
+                    std::int32_t MinLen = -1, std::int32_t MaxLen = -1);
 
   /// Writes bytes (index 0 to the upper bound of `Data`; a negative lower bound fails with 9202).
   bool SetDataBinary(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, const ByteArray& Data);
@@ -147,7 +147,8 @@ class clsZelBaseCoding : public VnObject {
 
   /// Writes an amount, rounded to cents, with at most 11 digits, `LongVal` 21. Fails with 9207 for larger
   /// amounts and for those that round to 0 cents.
-  bool SetZelAmounts(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency Amount, bool LongVal = false);
+  bool SetZelAmounts(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Currency Amount,
+                     bool LongVal = false);
 
   /// Reads a date (4 bytes of BCD); for `Month_Start` the first moment of a month, for `Month_End` its last
   /// second (3 bytes). `MinLen` 3 reads other tags as a month as well. A date that does not exist fails with

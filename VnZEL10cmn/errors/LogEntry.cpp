@@ -21,7 +21,8 @@ std::string LogHeading(Date time, std::string_view heading, std::size_t dashes) 
 }
 
 std::string LogLine(std::string_view label, std::string_view value) {
-  return Compose(std::string(kIndent, ' '), label, std::string(kLabelWidth - label.size(), '.'), ": ", value, kCrLf);
+  return Compose(std::string(kIndent, ' '), label, std::string(kLabelWidth - label.size(), '.'), ": ", value,
+                 kCrLf);
 }
 
 std::string LogMessageLines(std::string_view message, std::string_view fallback) {

@@ -7,21 +7,22 @@ namespace VnZEL10cmn {
 /// The numbers under which the library files its failures. Unforeseen faults carry run-time numbers instead:
 /// 5 invalid call, 6 overflow, 7 out of memory, 9 index out of range, 13 type mismatch.
 enum class ZELErrorCodes : std::int32_t {
-  No_Error = 0,                     ///< no error
-  Err_Cmn_NotSpec = 9000,           ///< unspecified failure
-  Err_Cmn_InvalidParam = 9001,      ///< a parameter has an invalid value
-  Err_Hlp_B64ReplEqual = 9101,      ///< Base64: both replacement characters are equal
-  Err_Hlp_CnvLBound = 9102,         ///< helper: the array's lower bound is not allowed
-  Err_Hlp_CnvRange = 9103,          ///< helper: start or count out of range
-  Err_Hlp_CnvLength = 9104,         ///< helper: invalid length
-  Err_Hlp_CnvNoData = 9105,         ///< helper: no data
-  Err_Hlp_CnvInvalidChar = 9106,    ///< helper: invalid character
-  Err_Zel_CnvLBound = 9202,         ///< device coding: a byte array's lower bound is negative
-  Err_Zel_CnvRange = 9203,          ///< device coding: start position or value out of range
-  Err_Zel_CnvDataSize = 9204,       ///< device coding: the buffer is too small for the record
-  Err_Zel_CnvInvalidStart = 9205,   ///< device coding: no length byte can follow the start position
-  Err_Zel_CnvInvalidChar = 9206,    ///< device coding: a byte outside the printable range, or an invalid PIN
-  Err_Zel_CnvInvalidLen = 9207,     ///< device coding: invalid length, unexpected tag, text that can't be written
+  No_Error = 0,                    ///< no error
+  Err_Cmn_NotSpec = 9000,          ///< unspecified failure
+  Err_Cmn_InvalidParam = 9001,     ///< a parameter has an invalid value
+  Err_Hlp_B64ReplEqual = 9101,     ///< Base64: both replacement characters are equal
+  Err_Hlp_CnvLBound = 9102,        ///< helper: the array's lower bound is not allowed
+  Err_Hlp_CnvRange = 9103,         ///< helper: start or count out of range
+  Err_Hlp_CnvLength = 9104,        ///< helper: invalid length
+  Err_Hlp_CnvNoData = 9105,        ///< helper: no data
+  Err_Hlp_CnvInvalidChar = 9106,   ///< helper: invalid character
+  Err_Zel_CnvLBound = 9202,        ///< device coding: a byte array's lower bound is negative
+  Err_Zel_CnvRange = 9203,         ///< device coding: start position or value out of range
+  Err_Zel_CnvDataSize = 9204,      ///< device coding: the buffer is too small for the record
+  Err_Zel_CnvInvalidStart = 9205,  ///< device coding: no length byte can follow the start position
+  Err_Zel_CnvInvalidChar = 9206,   ///< device coding: a byte outside the printable range, or an invalid PIN
+  Err_Zel_CnvInvalidLen =
+      9207,  ///< device coding: invalid length, unexpected tag, text that can't be written
   Err_Zel_CnvInvalidBCD = 9208,     ///< device coding: not a decimal digit
   Err_Zel_CnvInvalidDtaFmt = 9209,  ///< device coding: signed BCD zero with minus sign
   Err_Zel_CnvInvalidTag = 9210,     ///< reserved

@@ -74,8 +74,8 @@ Date clsVnError::ErrorTime() const noexcept { return errorTime_; }
 
 bool clsVnError::HasError() const noexcept { return !errorMsg_.empty() || errorNr_ != 0; }
 
-bool clsVnError::SetError(std::int32_t ErrNr, std::string_view ErrMsg, bool ErrUserDef, std::string_view ErrFct,
-                          std::string_view ErrSrc, std::string_view ErrInstID) {
+bool clsVnError::SetError(std::int32_t ErrNr, std::string_view ErrMsg, bool ErrUserDef,
+                          std::string_view ErrFct, std::string_view ErrSrc, std::string_view ErrInstID) {
   ErrorNr(ErrNr);
   ErrorMsg(ErrMsg);
   IsUserDef(ErrUserDef);
@@ -132,9 +132,10 @@ void clsVnError::MsgBox(MsgBoxFunction Box) {
 void clsVnError::StampTime(bool set) { errorTime_ = set ? Date::Now() : NoTime; }
 
 std::string clsVnError::BoxText() const {
-  std::string text = Compose("Nummer: \t\t", errorNr_, kCrLf, "Benutzerdef.: \t", YesNo(isUserDef_), kCrLf,
-                             "Quelle: \t\t", errorSource_, kCrLf, "Funktion: \t\t", NameOrNone(errorFunction_), kCrLf,
-                             "Instanz: \t\t", errorInstanceId_, kCrLf, kCrLf, "Meldung: \t\t");
+  std::string text =
+      Compose("Nummer: \t\t", errorNr_, kCrLf, "Benutzerdef.: \t", YesNo(isUserDef_), kCrLf, "Quelle: \t\t",
+              errorSource_, kCrLf, "Funktion: \t\t", NameOrNone(errorFunction_), kCrLf, "Instanz: \t\t",
+              errorInstanceId_, kCrLf, kCrLf, "Meldung: \t\t");
   std::vector<std::string> lines;
   try {
     lines = internal::SplitLines(errorMsg_);

@@ -45,28 +45,32 @@ bool clsVnLogFile::FileOpen(std::string_view xFileName, bool xOverRide) {
       return true;
     }
     if (FileIsOpen()) {
-      return Fail(ZELErrorCodes::Err_Log_FileOpen,
-                  Compose("Es ist bereits eine Datei geöffnet", kCrLf, kCrLf, "Dateiname: \"", fileName_, "\""),
-                  operation);
+      return Fail(
+          ZELErrorCodes::Err_Log_FileOpen,
+          Compose("Es ist bereits eine Datei geöffnet", kCrLf, kCrLf, "Dateiname: \"", fileName_, "\""),
+          operation);
     }
     const std::string name(internal::Trim(xFileName).empty() ? std::string_view(fileName_)
                                                              : internal::Trim(xFileName));
     if (name.empty()) {
-      return Fail(ZELErrorCodes::Err_Log_NoFileName,
-                  Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Es ist keine Datei angegeben!"),
-                  operation);
+      return Fail(
+          ZELErrorCodes::Err_Log_NoFileName,
+          Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Es ist keine Datei angegeben!"),
+          operation);
     }
     const std::filesystem::path path = PathOf(name);
     // The system would open the file named by what stands before a NUL.
-    std::error_code refused =
-        name.find('\0') == std::string::npos ? std::error_code() : std::make_error_code(std::errc::invalid_argument);
+    std::error_code refused = name.find('\0') == std::string::npos
+                                  ? std::error_code()
+                                  : std::make_error_code(std::errc::invalid_argument);
     if (std::error_code unknown; !refused && xOverRide && std::filesystem::is_regular_file(path, unknown)) {
       std::filesystem::remove(path, refused);
     }
     if (refused || file_.open(path, std::ios::out | std::ios::app | std::ios::binary) == nullptr) {
-      return Fail(ZELErrorCodes::Err_Log_FileOpen,
-                  Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Dateiname: \"", name, "\""),
-                  operation);
+      return Fail(
+          ZELErrorCodes::Err_Log_FileOpen,
+          Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Dateiname: \"", name, "\""),
+          operation);
     }
     fileName_ = name;
     return true;

@@ -58,8 +58,9 @@ std::string clsVnLogItem::GetLogEntry() {
   if (message_.empty()) {
     return {};
   }
-  return internal::Compose(internal::LogHeading(messageTime_, "Allg. Meldung:", 14), LogLine("Quelle ", source_),
-                           LogLine("Funktion ", internal::NameOrNone(function_)), LogLine("Instanz ", instanceId_),
+  return internal::Compose(internal::LogHeading(messageTime_, "Allg. Meldung:", 14),
+                           LogLine("Quelle ", source_), LogLine("Funktion ", internal::NameOrNone(function_)),
+                           LogLine("Instanz ", instanceId_),
                            internal::LogMessageLines(message_, "!!FEHLER IM MELDUNGSOBJEKT!!"), kCrLf, kCrLf);
 }
 

@@ -25,7 +25,9 @@ constexpr std::size_t kQuantityEnd = 12;
 
 bool IsPriceNumber(std::int32_t index) { return index >= 1 && index <= 6; }
 
-std::string QuantityText(Currency quantity) { return internal::FormatNumber(quantity, internal::kQuantity, "."); }
+std::string QuantityText(Currency quantity) {
+  return internal::FormatNumber(quantity, internal::kQuantity, ".");
+}
 
 /// The device's text has a point; the number is then read as the host reads numbers.
 Currency QuantityFromText(std::string_view text) {
@@ -64,7 +66,9 @@ clsVnError& clsZelItemCash::ErrorObject() { return VnObject::ErrorObject(); }
 
 std::shared_ptr<clsVnLogFile> clsZelItemCash::LogHandler() { return VnObject::LogHandler(); }
 
-void clsZelItemCash::LogHandler(std::shared_ptr<clsVnLogFile> Value) { VnObject::LogHandler(std::move(Value)); }
+void clsZelItemCash::LogHandler(std::shared_ptr<clsVnLogFile> Value) {
+  VnObject::LogHandler(std::move(Value));
+}
 
 bool clsZelItemCash::HasError() { return VnObject::HasError(); }
 
@@ -128,7 +132,9 @@ void clsZelItemCash::Price(std::int32_t Index, Currency Value) noexcept {
   }
 }
 
-Currency clsZelItemCash::Price2(ZELVatClasses VatClass) const { return prices_.at(static_cast<std::size_t>(VatClass)); }
+Currency clsZelItemCash::Price2(ZELVatClasses VatClass) const {
+  return prices_.at(static_cast<std::size_t>(VatClass));
+}
 
 void clsZelItemCash::Price2(ZELVatClasses VatClass, Currency Value) {
   prices_.at(static_cast<std::size_t>(VatClass)) = Value;
@@ -136,15 +142,17 @@ void clsZelItemCash::Price2(ZELVatClasses VatClass, Currency Value) {
 
 void clsZelItemCash::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) { printEngine_ = std::move(Value); }
 
-bool clsZelItemCash::SetItemData(Currency Quantity, std::string_view Name, std::string_view Unit, Currency Price1,
-                                 Currency Price2, Currency Price4, bool DiscSurch, bool Voucher, bool ThirdParty,
-                                 Currency Price5, Currency Price6, Currency Price3) {
+bool clsZelItemCash::SetItemData(Currency Quantity, std::string_view Name, std::string_view Unit,
+                                 Currency Price1, Currency Price2, Currency Price4, bool DiscSurch,
+                                 bool Voucher, bool ThirdParty, Currency Price5, Currency Price6,
+                                 Currency Price3) {
   constexpr std::string_view operation = "SetItemData";
   return Run(operation, [&] {
     if (!canEdit_) {
       Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
            Compose("Das Schreiben der Daten ist nicht möglich!", kCrLf,
-                   "Der Buchungsposten kann auf Grund vorangegangener", kCrLf, "nicht mehr bearbeitet werden."),
+                   "Der Buchungsposten kann auf Grund vorangegangener", kCrLf,
+                   "nicht mehr bearbeitet werden."),
            operation);
     }
     if (internal::Trim(Name).empty()) {
@@ -171,7 +179,8 @@ bool clsZelItemCash::SetItemData(Currency Quantity, std::string_view Name, std::
 }
 
 bool clsZelItemCash::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
-  return Run("BinaryDataGet", [&] { return WriteRecords(Data, Start); }, Logging::Nothing);
+  return Run(
+      "BinaryDataGet", [&] { return WriteRecords(Data, Start); }, Logging::Nothing);
 }
 
 bool clsZelItemCash::BinaryDataGet(ByteArray& Data, std::int32_t& Start, ZELSerialType, std::string_view,
@@ -187,9 +196,10 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
   }
   const std::string quantity = QuantityText(quantity_);
   if (quantity.size() >= kQuantityEnd) {
-    return Fail(ZELErrorCodes::Err_Zel_CnvRange,
-                Compose("Die Zeichenfolge für die Menge ist zu lang!", kCrLf, "    Zeichenfolge ......: ", quantity),
-                operation);
+    return Fail(
+        ZELErrorCodes::Err_Zel_CnvRange,
+        Compose("Die Zeichenfolge für die Menge ist zu lang!", kCrLf, "    Zeichenfolge ......: ", quantity),
+        operation);
   }
   clsHelper01 helper;
   clsZelBaseCoding coder;
@@ -275,21 +285,11 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
         }
         break;
       }
-      case ZelTags::Item_Unit:
-        done = readText(unit_);
-        break;
-      case ZelTags::Item_Name:
-        done = readText(name_);
-        break;
-      case ZelTags::Item_DiscSurch:
-        done = readFlag(discSurc_);
-        break;
-      case ZelTags::Item_Voucher:
-        done = readFlag(voucher_);
-        break;
-      case ZelTags::Item_Thirdparty:
-        done = readFlag(thirdParty_);
-        break;
+      case ZelTags::Item_Unit: done = readText(unit_); break;
+      case ZelTags::Item_Name: done = readText(name_); break;
+      case ZelTags::Item_DiscSurch: done = readFlag(discSurc_); break;
+      case ZelTags::Item_Voucher: done = readFlag(voucher_); break;
+      case ZelTags::Item_Thirdparty: done = readFlag(thirdParty_); break;
       case ZelTags::Item_Price1:
       case ZelTags::Item_Price2:
       case ZelTags::Item_Price3:
@@ -303,9 +303,7 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
         }
         break;
       }
-      default:
-        done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation);
-        break;
+      default: done = Fail(internal::UnexpectedTag(static_cast<std::uint8_t>(tag)), operation); break;
     }
   } while (done && start < data.UBound());
   return done;
@@ -329,8 +327,8 @@ bool clsZelItemCash::GetPrices(CurrencyArray& Prices, bool& IsThrdPrt) {
     IsThrdPrt = thirdParty_;
     if (Prices.LBound() != 0 || Prices.UBound() != 5) {
       return Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
-                  Compose("Die Feldgrenzen des Preisfeldes sind ungültig!", internal::kLowerLine, Prices.LBound(),
-                          internal::kUpperLine, Prices.UBound()),
+                  Compose("Die Feldgrenzen des Preisfeldes sind ungültig!", internal::kLowerLine,
+                          Prices.LBound(), internal::kUpperLine, Prices.UBound()),
                   operation);
     }
     std::copy(prices_.begin(), prices_.end(), Prices.begin());

@@ -91,8 +91,8 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   /// written. Failures are not logged.
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start) override;
   /// The same; `SerialType`, `DataStr` and `DataLen` have no influence.
-  bool BinaryDataGet(ByteArray& Data, std::int32_t& Start, ZELSerialType SerialType, std::string_view DataStr = {},
-                     std::int32_t DataLen = 0);
+  bool BinaryDataGet(ByteArray& Data, std::int32_t& Start, ZELSerialType SerialType,
+                     std::string_view DataStr = {}, std::int32_t DataLen = 0);
 
   /// Resets the item and reads it from the records at `Start`, up to the next quantity record or the end.
   /// Fails with 9204 when the first record is cut off, 9305 for a tag that has no place in an item, the

@@ -52,7 +52,9 @@ void clsZelItemList::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) {
   printEngine_ = std::move(Value);
 }
 
-void clsZelItemList::ItemFactory(std::shared_ptr<clsZelListItemFact> Value) { itemFactory_ = std::move(Value); }
+void clsZelItemList::ItemFactory(std::shared_ptr<clsZelListItemFact> Value) {
+  itemFactory_ = std::move(Value);
+}
 
 bool clsZelItemList::GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::string& HASH,
                                  std::string_view GrpSep) {
@@ -98,7 +100,8 @@ bool clsZelItemList::Append(std::shared_ptr<IVnZelItem> item) {
   return true;
 }
 
-bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID, std::int32_t Index) {
+bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID,
+                                std::int32_t Index) {
   return Run("RemoveItem", [&] {
     const bool isSelected = Item || !ID.empty() || Index >= 1;
     if (items_.empty() || !isSelected) {
@@ -134,7 +137,8 @@ void clsZelItemList::Remove(std::size_t position) {
 
 bool clsZelItemList::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
   constexpr std::string_view operation = "BinaryDataGet";
-  return Run(operation, [&] { return Serialise(Data, Start, operation); }, Logging::Nothing);
+  return Run(
+      operation, [&] { return Serialise(Data, Start, operation); }, Logging::Nothing);
 }
 
 bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string_view operation) {
@@ -154,9 +158,9 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
     const std::shared_ptr<IVnZelItem> item = items_[i];
     if (!item->BinaryDataGet(data, start)) {
       return Fail(ZELErrorCodes::Err_Ser_Failed,
-                  Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", i + 1,
-                          " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine,
-                          item->InstanceID()),
+                  Compose("Das Serialisieren von Daten ist fehlgeschlagen.",
+                          "\r\n    Posten-Index ........: ", i + 1, " (1-basisiert)",
+                          "\r\n    Startpos ............: ", start, kInstanceLine, item->InstanceID()),
                   operation);
     }
   }
@@ -184,8 +188,8 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
   const std::int64_t end = dataLen >= 1 ? std::int64_t{start} + dataLen - 1 : data.UBound();
   if (end > data.UBound()) {
     return Fail(ZELErrorCodes::Err_Zel_CnvInvalidLen,
-                Compose("Die Anzahl der zu lesenden Daten", kCrLf, "Überschreitet die Pufferlänge", startLine, start,
-                        internal::kLengthLine, dataLen, "\r\n    Endindex ........: ", end,
+                Compose("Die Anzahl der zu lesenden Daten", kCrLf, "Überschreitet die Pufferlänge", startLine,
+                        start, internal::kLengthLine, dataLen, "\r\n    Endindex ........: ", end,
                         "\r\n    Max. Index Daten : ", data.UBound()),
                 operation);
   }
@@ -234,7 +238,8 @@ std::string clsZelItemList::ToString() {
     std::string text;
     for (std::int32_t number = 1; number <= ItemCount(); ++number) {
       const std::shared_ptr<IVnZelItem> item = ItemI(number);
-      text.append(printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject()) : item->ToString());
+      text.append(printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject())
+                               : item->ToString());
       text.append(kCrLf);
     }
     if (text.ends_with(kCrLf)) {

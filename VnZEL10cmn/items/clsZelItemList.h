@@ -69,8 +69,8 @@ class clsZelItemList : public VnObject {
 
   /// Replaces the items by those read from `Start` on, `DataLen` bytes (below 1: to the end), and moves
   /// `Start`. Fails with 9207 when that reaches beyond the end (items unchanged), 9307 when an item can't be
-  /// decoded (`Start` stands at it), 9306 when it can't be added (`Start` stands behind it); items before it then
-  /// stay in the list.
+  /// decoded (`Start` stands at it), 9306 when it can't be added (`Start` stands behind it); items before it
+  /// then stay in the list.
   bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start, std::int32_t DataLen = 0);
 
   /// Removes all items. Always True.

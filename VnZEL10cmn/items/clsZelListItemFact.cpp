@@ -9,7 +9,8 @@ clsZelListItemFact::clsZelListItemFact() : VnObject("clsZelListItemFact") {}
 clsZelListItemFact::~clsZelListItemFact() = default;
 
 std::shared_ptr<IVnZelItem> clsZelListItemFact::CreateNewItem(clsVnError*) {
-  return RunFor<std::shared_ptr<IVnZelItem>>("CreateNewItem", [] { return std::make_shared<clsZelItemCash>(); });
+  return RunFor<std::shared_ptr<IVnZelItem>>("CreateNewItem",
+                                             [] { return std::make_shared<clsZelItemCash>(); });
 }
 
 }  // namespace VnZEL10cmn

@@ -9,8 +9,8 @@ namespace VnZEL10cmn::platform {
 
 std::string ClassName(const std::type_info& type) {
   int status = 0;
-  const std::unique_ptr<char, void (*)(void*)> readable(abi::__cxa_demangle(type.name(), nullptr, nullptr, &status),
-                                                        std::free);
+  const std::unique_ptr<char, void (*)(void*)> readable(
+      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), std::free);
   const std::string name = status == 0 ? readable.get() : type.name();
   // Colons inside template arguments or parameter lists are not the class's own.
   std::size_t start = 0;

@@ -35,8 +35,8 @@ std::string FirstSeparator(const std::locale& locale, char format, const std::st
   moment.tm_mon = 10;
   moment.tm_mday = 22;
   moment.tm_hour = 13;
-  std::use_facet<std::time_put<char>>(locale).put(std::ostreambuf_iterator<char>(stream), stream, ' ', &moment,
-                                                  format);
+  std::use_facet<std::time_put<char>>(locale).put(std::ostreambuf_iterator<char>(stream), stream, ' ',
+                                                  &moment, format);
   for (const char c : stream.str()) {
     const bool letterOrDigit = static_cast<unsigned char>(c) >= 0x80 || (c >= '0' && c <= '9') ||
                                (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');

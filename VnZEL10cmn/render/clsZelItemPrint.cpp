@@ -30,7 +30,8 @@ constexpr std::size_t kPriceWidth = 9;
 constexpr std::size_t kPriceColumn = 40;
 constexpr std::int32_t kHashGroup = 5;
 
-constexpr std::string_view kBoxBorder = "        +------------------------------------------------------+\r\n";
+constexpr std::string_view kBoxBorder =
+    "        +------------------------------------------------------+\r\n";
 constexpr std::string_view kBoxEmpty = "        |                                                      |\r\n";
 constexpr std::string_view kBoxTitle =
     "        |                 -= A C H T U N G =-                  |\r\n"
@@ -91,7 +92,9 @@ std::string VatTable(clsZelTransAct& booking, const RegionalSettings& settings) 
 }
 
 std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& settings) {
-  const auto whole = [&settings](Currency value) { return internal::FormatNumber(value, internal::kWhole, settings); };
+  const auto whole = [&settings](Currency value) {
+    return internal::FormatNumber(value, internal::kWhole, settings);
+  };
   const bool isAnswered = !record.ZelRespData().empty();
   const ZELDataSignTypes type = record.DataSignType();
   const std::string date = internal::FormatDateMinutes(record.TransactionDate(), settings);
@@ -101,8 +104,9 @@ std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& sett
                                                     : "    Beleg / Signatur ohne Datum ");
   text.append(kCrLf).append(kCrLf);
   if (!isAnswered) {
-    text.append(WarningBox("        |    DIESE DATEN SIND NOCH NICHT SIGNIERT! BITTE       |\r\n"
-                           "        |    ÜBERPRÜFEN SIE DIE DATEN UND DEN ABLAUF           |\r\n"));
+    text.append(
+        WarningBox("        |    DIESE DATEN SIND NOCH NICHT SIGNIERT! BITTE       |\r\n"
+                   "        |    ÜBERPRÜFEN SIE DIE DATEN UND DEN ABLAUF           |\r\n"));
     text.append(kCrLf);
   }
   const std::string_view name = type == ZELDataSignTypes::DataAndTime   ? "Daten mit Zeitstempel"
@@ -157,14 +161,15 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
     clsZelTransAct& booking = *BookItem;
     const RegionalSettings settings = internal::CurrentRegionalSettings();
     const bool isSigned = booking.ZelRespSeqNr() > Currency();
-    std::string text = Compose("      Kassen-Belegausgabe (Basisversion)", kCrLf,
-                               "    -====================================-", kCrLf, kCrLf,
-                               "    Belegdatum .............: ",
-                               internal::FormatDateMinutes(booking.TransactionDate(), settings), kCrLf,
-                               "    Bediener ...............: ", booking.Operator(), kCrLf, kCrLf);
+    std::string text = Compose(
+        "      Kassen-Belegausgabe (Basisversion)", kCrLf, "    -====================================-",
+        kCrLf, kCrLf,
+        "    Belegdatum .............: ", internal::FormatDateMinutes(booking.TransactionDate(), settings),
+        kCrLf, "    Bediener ...............: ", booking.Operator(), kCrLf, kCrLf);
     if (!isSigned) {
-      text.append(WarningBox("        |    DIESER BELEG IST NOCH NICHT SIGNIERT! BITTE       |\r\n"
-                             "        |    ÜBERPRÜFEN SIE DIE BUCHUNGEN UND DEN ABLAUF       |\r\n"));
+      text.append(
+          WarningBox("        |    DIESER BELEG IST NOCH NICHT SIGNIERT! BITTE       |\r\n"
+                     "        |    ÜBERPRÜFEN SIE DIE BUCHUNGEN UND DEN ABLAUF       |\r\n"));
       text.append(kCrLf);
     }
     Currency total;
@@ -199,7 +204,8 @@ std::string clsZelItemPrint::ToStringBI(clsZelTransAct& BookItem, clsVnError* Er
   return ToStringBI(internal::Borrowed(BookItem), ErrObj);
 }
 
-std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem, clsVnError* ErrObj) {
+std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem,
+                                            clsVnError* ErrObj) {
   return Render("ToStringTRdata", ErrObj, [&] {
     if (!BookItem) {
       throw std::logic_error("no data record");

@@ -10,8 +10,8 @@
 
 namespace VnZEL10cmn {
 
-/// Renders items, bookings and data records as plain text receipts: German, fixed columns, CR LF, numbers and dates with the
-/// host's regional characters. A host with a layout of its own derives from it.
+/// Renders items, bookings and data records as plain text receipts: German, fixed columns, CR LF, numbers and
+/// dates with the host's regional characters. A host with a layout of its own derives from it.
 ///
 /// A failure goes to the error object handed in, if any; the result is then empty.
 class clsZelItemPrint : public Renderer {
@@ -31,7 +31,8 @@ class clsZelItemPrint : public Renderer {
   std::string ToStringBI(clsZelTransAct& BookItem, clsVnError* ErrObj = nullptr);
 
   /// A signed data record's receipt.
-  virtual std::string ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem, clsVnError* ErrObj = nullptr);
+  virtual std::string ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem,
+                                     clsVnError* ErrObj = nullptr);
   /// The same for a data record that the caller keeps.
   std::string ToStringTRdata(clsZelTransActData& BookItem, clsVnError* ErrObj = nullptr);
 };

@@ -24,16 +24,16 @@ constexpr std::size_t kCellWidth = 12;
 constexpr std::string_view kIndent = "    ";
 constexpr std::string_view kColumnEnd = " | ";
 
-constexpr std::array<std::string_view, kContainers> kHeads = {"Normal",       "Ermäßigt",     "./.",
-                                                               "Ohne",         "Durchschn. 1", "Durchschn. 2",
-                                                               "Agentur",      "Liefersch.",   "Übung"};
+constexpr std::array<std::string_view, kContainers> kHeads = {
+    "Normal", "Ermäßigt", "./.", "Ohne", "Durchschn. 1", "Durchschn. 2", "Agentur", "Liefersch.", "Übung"};
 
 /// A row of the table; `cell` gives the text of container number 1 to 9.
 template <class Cell>
 std::string Row(std::string_view label, Cell&& cell) {
   std::string row = Compose(kIndent, internal::PadRight(label, kLabelWidth), kColumnEnd);
   for (std::int32_t number = 1; number <= kContainers; ++number) {
-    row.append(internal::Utf16Right(internal::PadLeft(cell(number), kCellWidth), kCellWidth)).append(kColumnEnd);
+    row.append(internal::Utf16Right(internal::PadLeft(cell(number), kCellWidth), kCellWidth))
+        .append(kColumnEnd);
   }
   return row.append(kCrLf);
 }
@@ -49,9 +49,12 @@ std::string Table(const clsZelReport& report, const RegionalSettings& settings) 
   return Compose(
       header, kIndent, std::string(columns - kIndent.size(), '-'), kCrLf,
       Row("Umsatz", [&](std::int32_t i) { return number(container(i)->Turnover(), internal::kAmount); }),
-      Row("Umsatz neg.", [&](std::int32_t i) { return number(container(i)->TurnoverNeg(), internal::kAmount); }),
+      Row("Umsatz neg.",
+          [&](std::int32_t i) { return number(container(i)->TurnoverNeg(), internal::kAmount); }),
       Row("Umsatzsteuersatz",
-          [&](std::int32_t i) { return number(container(i)->VATrate(), internal::kGroupedOneDecimal) + " %"; }),
+          [&](std::int32_t i) {
+            return number(container(i)->VATrate(), internal::kGroupedOneDecimal) + " %";
+          }),
       Row("Überlauf",
           [&](std::int32_t i) { return std::string(container(i)->OverflowTO() ? "Überlauf" : "./."); }),
       Row("USt-Änderung",
@@ -86,27 +89,21 @@ std::string clsZelRprtPrint::ToStringRprt(std::shared_ptr<clsZelReport> RprtItem
     if (!report.Signature().empty()) {
       clsHelper01 helper;
       ByteArray signature;
-      if (!helper.FromBase64String(report.Signature(), signature) || !helper.ToBase32String(signature, base32) ||
-          !helper.GetBinStrOfBytes(signature, base16)) {
+      if (!helper.FromBase64String(report.Signature(), signature) ||
+          !helper.ToBase32String(signature, base32) || !helper.GetBinStrOfBytes(signature, base16)) {
         FailAs(helper.ErrorObject(), helper.ErrorObject().ErrorMsg(),
                Compose(operation, ".[", helper.ErrorObject().ErrorFunction(), "]"));
       }
     }
-    return Compose("      TAGESABSCHLUSS", kCrLf,                                                         //
-                   "    -================-", kCrLf, kCrLf,                                                //
-                   "    Steuerpflichtiger ..: ", report.TpID(), kCrLf,                                    //
-                   "    lfd. Zel-Nummer ....: ",                                                          //
-                   internal::FormatNumber(report.TpIdNbr(), internal::kWhole, settings), kCrLf, kCrLf,    //
-                   "    Datum ..............: ",                                                          //
-                   internal::FormatDateMinutes(report.ReportDate(), settings), kCrLf,                     //
-                   "    Sequenznr ..........: ", whole(report.SequenceNbr()), kCrLf,                      //
-                   "    Belege von .........: ", whole(report.TransSeqNrFirst()), kCrLf,                  //
-                   "           bis .........: ", whole(report.TransSeqNrLast()), kCrLf, kCrLf, kCrLf,     //
-                   Table(report, settings), kCrLf, kCrLf, kCrLf,                                          //
-                   "    Signatur", kCrLf,                                                                 //
-                   "    --------", kCrLf,                                                                 //
-                   "    Base32 .............: ", base32, kCrLf,                                           //
-                   "    Base16 .............: ", base16);
+    return Compose("      TAGESABSCHLUSS", kCrLf, "    -================-", kCrLf, kCrLf,
+                   "    Steuerpflichtiger ..: ", report.TpID(), kCrLf, "    lfd. Zel-Nummer ....: ",
+                   internal::FormatNumber(report.TpIdNbr(), internal::kWhole, settings), kCrLf, kCrLf,
+                   "    Datum ..............: ", internal::FormatDateMinutes(report.ReportDate(), settings),
+                   kCrLf, "    Sequenznr ..........: ", whole(report.SequenceNbr()), kCrLf,
+                   "    Belege von .........: ", whole(report.TransSeqNrFirst()), kCrLf,
+                   "           bis .........: ", whole(report.TransSeqNrLast()), kCrLf, kCrLf, kCrLf,
+                   Table(report, settings), kCrLf, kCrLf, kCrLf, "    Signatur", kCrLf, "    --------", kCrLf,
+                   "    Base32 .............: ", base32, kCrLf, "    Base16 .............: ", base16);
   });
 }
 

@@ -9,8 +9,8 @@
 
 namespace VnZEL10cmn {
 
-/// Renders reports as German text with a table of the nine containers, 164 columns wide. A host with a layout of
-/// its own derives from it.
+/// Renders reports as German text with a table of the nine containers, 164 columns wide. A host with a layout
+/// of its own derives from it.
 class clsZelRprtPrint : public Renderer {
  public:
   /// The standard layout.
@@ -20,8 +20,8 @@ class clsZelRprtPrint : public Renderer {
   /// Items are not rendered here: always "Wird hier nicht unterstützt!".
   virtual std::string ToStringItmRpt(std::shared_ptr<IVnZelItem> Item, clsVnError* ErrObj = nullptr);
 
-  /// A report. A signature that can't be decoded is a failure and leaves its lines blank; after other failures
-  /// the text is empty.
+  /// A report. A signature that can't be decoded is a failure and leaves its lines blank; after other
+  /// failures the text is empty.
   virtual std::string ToStringRprt(std::shared_ptr<clsZelReport> RprtItem, clsVnError* ErrObj = nullptr);
   /// The same for a report that the caller keeps.
   std::string ToStringRprt(clsZelReport& RprtItem, clsVnError* ErrObj = nullptr);

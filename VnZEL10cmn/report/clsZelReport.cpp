@@ -35,8 +35,10 @@ ZelTags TagAt(const ByteArray& data, std::int32_t position) {
 std::string HexOf(ZelTags tag) { return internal::HexDigits(static_cast<std::uint8_t>(tag)); }
 
 /// A reading failure with the record's place, in the narrower labels that reports use.
-std::string ReadFailure(std::string_view header, std::string_view reason, std::int32_t position, ZelTags tag) {
-  return Compose(header, reason, "\r\n    Position .......: ", position, "\r\n    Tag ............: ", HexOf(tag));
+std::string ReadFailure(std::string_view header, std::string_view reason, std::int32_t position,
+                        ZelTags tag) {
+  return Compose(header, reason, "\r\n    Position .......: ", position,
+                 "\r\n    Tag ............: ", HexOf(tag));
 }
 
 }  // namespace
@@ -114,28 +116,21 @@ bool clsZelReport::BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::i
     ByteArray bytes;
     bool produced = false;
     switch (DataType) {
-      case ZELSerialType::ItemList:
-        produced = EncodeItems(bytes);
-        break;
-      case ZELSerialType::Request:
-        produced = EncodeRqst(ReportType, bytes);
-        break;
-      case ZELSerialType::Response:
-        produced = EncodeResp(bytes);
-        break;
-      case ZELSerialType::ItemHash:
-        produced = GenItemHash(false, bytes);
-        break;
-      default:
-        return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
+      case ZELSerialType::ItemList: produced = EncodeItems(bytes); break;
+      case ZELSerialType::Request: produced = EncodeRqst(ReportType, bytes); break;
+      case ZELSerialType::Response: produced = EncodeResp(bytes); break;
+      case ZELSerialType::ItemHash: produced = GenItemHash(false, bytes); break;
+      default: return Fail(internal::UnsupportedType(kGetHeader, DataType), operation);
     }
-    return produced ? HandOut(std::move(bytes), DataType == ZELSerialType::Request, Data, Start, DataLen, kGetHeader)
+    return produced ? HandOut(std::move(bytes), DataType == ZELSerialType::Request, Data, Start, DataLen,
+                              kGetHeader)
                     : ProducerFailed(kGetHeader);
   });
 }
 
 bool clsZelReport::FailRqst(std::string_view reason, std::int32_t position, std::string_view callee) {
-  return Fail(kFailed, Compose(kEncodeRqstHeader, reason, kPositionLine, position), Via("EncodeRqst", callee));
+  return Fail(kFailed, Compose(kEncodeRqstHeader, reason, kPositionLine, position),
+              Via("EncodeRqst", callee));
 }
 
 bool clsZelReport::EncodeRqst(ZelReportType type, ByteArray& data) {
@@ -186,16 +181,17 @@ bool clsZelReport::EncodeRqst(ZelReportType type, ByteArray& data) {
 bool clsZelReport::WriteHash(ByteArray& data, std::int32_t& position) {
   ByteArray items;
   std::int32_t length = 0;
-  if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_) || !itemList_.BinaryDataGet(items, length) ||
-      !helper_.ToBase64String(items, itemListText_, 0, length)) {
+  if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_) ||
+      !itemList_.BinaryDataGet(items, length) || !helper_.ToBase64String(items, itemListText_, 0, length)) {
     return Fail(kFailed,
                 Compose(kEncodeRqstHeader,
-                        "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!", kPositionLine,
-                        position, internal::kHashTypeLine, internal::HashType(UseSHA256())),
+                        "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!",
+                        kPositionLine, position, internal::kHashTypeLine, internal::HashType(UseSHA256())),
                 Via("EncodeRqst", "GetItemHash"));
   }
   return coder_.SetZelHash2(data, position, false, itemHash_) ||
-         FailRqst("Der Hashcode der Abschlußposten konnte nicht geschrieben werden!", position, "SetZelHash2");
+         FailRqst("Der Hashcode der Abschlußposten konnte nicht geschrieben werden!", position,
+                  "SetZelHash2");
 }
 
 bool clsZelReport::BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
@@ -206,12 +202,9 @@ bool clsZelReport::BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, 
       return false;
     }
     switch (DataType) {
-      case ZELSerialType::ItemList:
-        return DecodeItems(bytes);
-      case ZELSerialType::Request:
-        return DecodeRqst(bytes);
-      default:
-        return DecodeResp(bytes);
+      case ZELSerialType::ItemList: return DecodeItems(bytes);
+      case ZELSerialType::Request: return DecodeRqst(bytes);
+      default: return DecodeResp(bytes);
     }
   });
 }
@@ -252,8 +245,7 @@ bool clsZelReport::DecodeRqst(const ByteArray& data) {
         return fail("Fehler beim Lesen der Transport-PIN", "GetZelTranspPin");
       }
       break;
-    default:
-      break;
+    default: break;
   }
   if (position <= data.UBound()) {
     return Fail(internal::UnexpectedTag(data[position]), function);
@@ -294,7 +286,8 @@ bool clsZelReport::DecodeRespRecord(const ByteArray& data, std::int32_t& positio
       return coder_.GetZelTpIDNr(data, position, tpIdNbr_) ||
              fail("Fehler beim Lesen der laufenden ZEL-Nr", "GetZelTpIDNr");
     case ZelTags::Seq_Nr_Reprt:
-      return readCounter(ZelRqstCounter::Seq_Nr_Reprt, sequenceNbr_, "Fehler beim Lesen der Report-Sequenznummer");
+      return readCounter(ZelRqstCounter::Seq_Nr_Reprt, sequenceNbr_,
+                         "Fehler beim Lesen der Report-Sequenznummer");
     case ZelTags::Seq_No_Trans_First:
       return readCounter(ZelRqstCounter::Seq_No_Trans_First, transSeqNrFirst_,
                          "Fehler beim Lesen der Buchungnummer (Start)");
@@ -304,24 +297,25 @@ bool clsZelReport::DecodeRespRecord(const ByteArray& data, std::int32_t& positio
     case ZelTags::Signature:
       return coder_.GetZelSignature2(data, position, signature_) ||
              fail("Fehler beim Lesen der Signatur", "GetZelSignature2");
-    default:
-      break;
+    default: break;
   }
   if (tag < ZelTags::Container_Vat_1 || tag > ZelTags::Container_Training) {
     return Fail(internal::UnexpectedTag(data[position]), function);
   }
-  const std::size_t number = static_cast<std::size_t>(tag) - static_cast<std::size_t>(ZelTags::Container_Vat_1);
+  const std::size_t number =
+      static_cast<std::size_t>(tag) - static_cast<std::size_t>(ZelTags::Container_Vat_1);
   return containers_[number]->BinaryDataSet(data, position) ||
          Fail(kFailed,
-              Compose(kDecodeRespHeader, internal::kContainerUnreadable, kPositionLine, position, internal::kTagLine,
-                      HexOf(tag), internal::kContainerNumberLine, number),
+              Compose(kDecodeRespHeader, internal::kContainerUnreadable, kPositionLine, position,
+                      internal::kTagLine, HexOf(tag), internal::kContainerNumberLine, number),
               Via(function, "BinaryDataSet"));
 }
 
 bool clsZelReport::EncodeXML(std::string& xmlData, std::int32_t intent) {
   if (rqstData_.empty() || respData_.empty()) {
-    return Fail(internal::NotEnoughData(internal::RequestAndResponseLengths(rqstData_.size(), respData_.size())),
-                "EncodeXML");
+    return Fail(
+        internal::NotEnoughData(internal::RequestAndResponseLengths(rqstData_.size(), respData_.size())),
+        "EncodeXML");
   }
   std::vector<std::string> elements;
   if (!itemListText_.empty()) {
@@ -349,8 +343,8 @@ bool clsZelReport::DecodeXML(std::string_view xmlData) {
   if (!ReadXmlBytes(document,
                     {ZelXmlTags::ItemList, internal::kItemsNotFound, "", internal::kNoItems,
                      ZELErrorCodes::Err_Ser_DataMissing},
-                    "Base64-Konvertierung der Report-Postendaten fehlgeschlagen!", ".[FromBase64String]", bytes,
-                    &profile)) {
+                    "Base64-Konvertierung der Report-Postendaten fehlgeschlagen!", ".[FromBase64String]",
+                    bytes, &profile)) {
     return false;
   }
   if (!profile.empty()) {

@@ -18,16 +18,16 @@ namespace VnZEL10cmn {
 class clsZelRprtPrint;
 
 /// A report (closing) of the device: a request of one of five kinds, and the device's answer with its state,
-/// its numbers, its signature and nine turnover containers. Report items are hashed with SHA-1 at first. Make a
-/// new object for every report: there is no reset.
+/// its numbers, its signature and nine turnover containers. Report items are hashed with SHA-1 at first. Make
+/// a new object for every report: there is no reset.
 class clsZelReport : public ItemHolder {
  public:
   /// A report without items, never dated, over all months.
   clsZelReport();
   ~clsZelReport();
 
-  /// Container number 1 to 9: the six VAT classes, third-party business, delivery notes, training. Other numbers
-  /// count as the nearest.
+  /// Container number 1 to 9: the six VAT classes, third-party business, delivery notes, training. Other
+  /// numbers count as the nearest.
   std::shared_ptr<clsZelContainer> Container(std::int32_t Index) const;
 
   /// The container of a VAT class; throws std::out_of_range outside the nine containers.
@@ -100,8 +100,8 @@ class clsZelReport : public ItemHolder {
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      ZelReportType ReportType = ZelReportType::Undefined, std::int32_t* DataLen = nullptr);
 
-  /// Takes in `ItemList`, `Request` or `Response`; see `clsZelTransAct::BinaryDataSet`. A response may hold its
-  /// records in any order; values that it lacks stay, the signature does not.
+  /// Takes in `ItemList`, `Request` or `Response`; see `clsZelTransAct::BinaryDataSet`. A response may hold
+  /// its records in any order; values that it lacks stay, the signature does not.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
                      std::int32_t DataLen = 0);
 

@@ -44,7 +44,8 @@ Date Date::FromCivil(std::int32_t year, std::int32_t month, std::int32_t day, st
 }
 
 Date Date::Now() {
-  const std::tm local = platform::LocalTime(std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()));
+  const std::tm local =
+      platform::LocalTime(std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()));
   // A leap second is shown as the second before it.
   return FromCivil(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
                    local.tm_sec > 59 ? 59 : local.tm_sec);

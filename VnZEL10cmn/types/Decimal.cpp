@@ -86,9 +86,9 @@ Decimal::Decimal(double value) {
     ThrowOverflow();
   }
   std::array<char, 32> buffer{};
-  const auto end =
-      std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value), std::chars_format::scientific, 14)
-          .ptr;
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
+                                 std::chars_format::scientific, 14)
+                       .ptr;
   const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   // d.dddddddddddddde+xx
   std::string digits(text.substr(0, 1));

@@ -184,7 +184,8 @@ char16_t FromCodePage1252(std::uint8_t byte) {
 std::string ToCodePage1252(std::string_view text) {
   std::string result;
   result.reserve(text.size());
-  ForEachUtf16Unit(text, [&result](char16_t unit) { result.push_back(static_cast<char>(ToCodePage1252(unit))); });
+  ForEachUtf16Unit(text,
+                   [&result](char16_t unit) { result.push_back(static_cast<char>(ToCodePage1252(unit))); });
   return result;
 }
 

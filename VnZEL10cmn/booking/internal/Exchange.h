@@ -61,8 +61,8 @@ inline constexpr std::string_view kStoredHashUnreadable =
 /// An element with text content.
 std::string Element(std::string_view name, std::string_view content, std::string_view attribute = {});
 
-/// A document: elements, one per line, in an outer one. `intent` blanks stand before the outer element, twice as
-/// many before the inner ones; below 0 everything stands on one line.
+/// A document: elements, one per line, in an outer one. `intent` blanks stand before the outer element, twice
+/// as many before the inner ones; below 0 everything stands on one line.
 std::string Document(std::string_view name, const std::vector<std::string>& elements, std::int32_t intent);
 
 /// A document that can't be written yet; the lines tell what there is.
@@ -82,7 +82,8 @@ inline constexpr std::string_view kRequestNotBase64 = "Base64-Konvertierung der 
 inline constexpr std::string_view kRequestNotDecoded = "Dekodieren der Anfragedaten fehlgeschlagen!";
 inline constexpr std::string_view kResponseNotFound = "Das Ermitteln der ZEL-Antwort (Buchung) schlug fehl!";
 inline constexpr std::string_view kNoResponse = "Es konnten keine Antwortdaten gefunden werden!";
-inline constexpr std::string_view kResponseNotBase64 = "Base64-Konvertierung der Antwortdaten fehlgeschlagen!";
+inline constexpr std::string_view kResponseNotBase64 =
+    "Base64-Konvertierung der Antwortdaten fehlgeschlagen!";
 inline constexpr std::string_view kResponseNotDecoded = "Dekodieren der Antwortdaten fehlgeschlagen!";
 
 // Writing and reading requests and responses.

@@ -65,12 +65,14 @@ std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start)
 MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits = {});
 MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
 MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
-MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
+MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result,
+                           Limits limits = {});
 
 MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data);
 MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data);
-MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data, bool leadZeroOk);
+MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,
+                      bool leadZeroOk);
 MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
 
 /// A value shorter or longer than its field allows.

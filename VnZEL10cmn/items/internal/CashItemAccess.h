@@ -4,7 +4,8 @@
 
 namespace VnZEL10cmn {
 
-/// Items can be locked, though nothing in the library does it yet: the tests of the lock reach it through here.
+/// Items can be locked, though nothing in the library does it yet: the tests of the lock reach it through
+/// here.
 struct CashItemAccess {
   static void Lock(clsZelItemCash& item) { item.canEdit_ = false; }
 };

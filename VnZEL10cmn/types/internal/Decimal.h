@@ -14,8 +14,8 @@ class Decimal {
  public:
   explicit Decimal(Currency value) noexcept;
   explicit Decimal(std::int64_t value) noexcept;
-  /// 15 significant digits of it; throws std::overflow_error beyond 28 digits before the point and for what is
-  /// not a number.
+  /// 15 significant digits of it; throws std::overflow_error beyond 28 digits before the point and for what
+  /// is not a number.
   explicit Decimal(double value);
   /// A number in the host's regional form: blanks around it, a sign before it, grouping, an exponent. Throws
   /// std::invalid_argument for what is no number, std::overflow_error for what is too large.

@@ -21,13 +21,13 @@ struct NumberPattern {
   bool grouped;
 };
 
-inline constexpr NumberPattern kWhole{0, 0, false};        ///< "#0"
-inline constexpr NumberPattern kOneDecimal{1, 1, false};   ///< "#0.0"
-inline constexpr NumberPattern kTwoDecimals{2, 2, false};  ///< "#0.00"
-inline constexpr NumberPattern kAmount{2, 2, true};        ///< "#,##0.00"
+inline constexpr NumberPattern kWhole{0, 0, false};             ///< "#0"
+inline constexpr NumberPattern kOneDecimal{1, 1, false};        ///< "#0.0"
+inline constexpr NumberPattern kTwoDecimals{2, 2, false};       ///< "#0.00"
+inline constexpr NumberPattern kAmount{2, 2, true};             ///< "#,##0.00"
 inline constexpr NumberPattern kGroupedWhole{0, 0, true};       ///< "#,##0"
 inline constexpr NumberPattern kGroupedOneDecimal{1, 1, true};  ///< "#,##0.0"
-inline constexpr NumberPattern kQuantity{0, 4, false};     ///< "#0.####" without a bare separator at the end
+inline constexpr NumberPattern kQuantity{0, 4, false};  ///< "#0.####" without a bare separator at the end
 
 /// A number with these characters.
 std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view decimalSeparator,
@@ -36,7 +36,8 @@ std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view
 /// A number with the host's characters.
 std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSettings& settings);
 
-/// The hundredfold, rounded half away from zero to a whole number, in decimal: the digits of an amount in cents.
+/// The hundredfold, rounded half away from zero to a whole number, in decimal: the digits of an amount in
+/// cents.
 std::string FormatHundredfold(Currency value);
 
 /// "31.12.2026 08:05:09" with the host's characters.

@@ -52,8 +52,8 @@ std::string PadLeft(std::string_view text, std::size_t units);
 /// Without leading and trailing blanks (U+0020 only).
 std::string_view Trim(std::string_view text);
 
-/// The letters of code page 1252 in upper case, everything else as it is; the number of UTF-16 code units never
-/// changes.
+/// The letters of code page 1252 in upper case, everything else as it is; the number of UTF-16 code units
+/// never changes.
 std::string Upper(std::string_view text);
 
 /// Lines separated by CR LF, CR, LF or NUL; trailing NULs are dropped first. At least one line.
