@@ -48,6 +48,7 @@ int main() try {
   softdevice::OpenOptions options;
   options.create = true;
   options.taxpayerId = "DE123456789";
+  options.activate = true;
   softdevice::Device device = softdevice::Device::Open("till.zel", options);
   const softdevice::Answer answer = device.Execute(softdevice::Command::SignBooking, request);
   if (!answer.accepted) {

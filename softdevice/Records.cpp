@@ -1,5 +1,6 @@
 #include "softdevice/Records.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace softdevice {
@@ -11,6 +12,8 @@ constexpr std::uint8_t kMaxValueLength = 127;
 const char* NameOfTag(std::uint8_t tag) {
   switch (tag) {
     case tag::kSignature: return "signature";
+    case tag::kLifeCycle: return "state";
+    case tag::kTransportPin: return "transport PIN";
     case tag::kTaxpayerId: return "taxpayer ID";
     case tag::kDeviceNumber: return "running device number";
     case tag::kOperator: return "operator";
@@ -19,20 +22,31 @@ const char* NameOfTag(std::uint8_t tag) {
     case tag::kTaxExclusive: return "tax-exclusive";
     case tag::kTraining: return "training";
     case tag::kSequenceNumber: return "sequence number";
+    case tag::kReportNumber: return "report number";
     case tag::kDate: return "date";
     case tag::kTime: return "time";
+    case tag::kFirstMonth: return "first month";
+    case tag::kLastMonth: return "last month";
+    case tag::kFirstTransaction: return "first transaction";
+    case tag::kLastTransaction: return "last transaction";
+    case tag::kReportHash: return "report item hash";
     case tag::kThirdParty: return "third-party turnover";
     case tag::kDeliveryNote: return "delivery note";
     case tag::kTurnover: return "turnover";
     case tag::kTurnoverNegative: return "negative turnover";
     case tag::kVat: return "VAT";
     case tag::kVatRate: return "VAT rate";
+    case tag::kOverflow: return "overflow";
+    case tag::kVatChanged: return "VAT rate changed";
     case tag::kContainerVat1: return "container 1";
     case tag::kContainerVat1 + 1: return "container 2";
     case tag::kContainerVat1 + 2: return "container 3";
     case tag::kContainerVat1 + 3: return "container 4";
     case tag::kContainerVat1 + 4: return "container 5";
     case tag::kContainerVat6: return "container 6";
+    case tag::kContainerThirdParty: return "third-party container";
+    case tag::kContainerDeliveryNote: return "delivery note container";
+    case tag::kContainerTraining: return "training container";
     default: return "unknown";
   }
 }
@@ -56,8 +70,8 @@ std::string Hex(ByteView bytes) {
                 "position " + std::to_string(record.position) + ", " + DescribeTag(record.tag) + ": " + why};
 }
 
-[[noreturn]] void RefuseValue(const Record& record, const std::string& why) {
-  Refuse(RefusalCode::Value, record, "value " + Hex(record.value) + " " + why);
+[[noreturn]] void RefuseCoding(const Record& record, const std::string& why) {
+  RefuseValue(record, "value " + Hex(record.value) + " " + why);
 }
 
 [[noreturn]] void RefuseLength(const Record& record, const std::string& expected) {
@@ -74,6 +88,16 @@ void CheckLength(const Record& record, std::size_t length) {
 void CheckLength(const Record& record, std::size_t min, std::size_t max) {
   if (record.value.size() < min || record.value.size() > max) {
     RefuseLength(record, std::to_string(min) + " to " + std::to_string(max));
+  }
+}
+
+/// Refuses all characters but those with the codes `first` to `last`.
+void CheckCharacters(const Record& record, std::uint8_t first, std::uint8_t last) {
+  for (std::size_t i = 0; i < record.value.size(); ++i) {
+    if (record.value[i] < first || record.value[i] > last) {
+      RefuseValue(record, "character " + std::to_string(i + 1) + " is 0x" + Hex(record.value[i]) +
+                              ", expected 0x" + Hex(first) + " to 0x" + Hex(last));
+    }
   }
 }
 
@@ -105,6 +129,8 @@ unsigned DaysOfMonth(unsigned year, unsigned month) {
 }  // namespace
 
 std::string DescribeTag(std::uint8_t tag) { return "tag 0x" + Hex(tag) + " (" + NameOfTag(tag) + ")"; }
+
+void RefuseValue(const Record& record, const std::string& why) { Refuse(RefusalCode::Value, record, why); }
 
 RecordReader::RecordReader(ByteView data, std::string whole, std::size_t position)
     : data_(data), whole_(std::move(whole)), position_(position) {}
@@ -167,7 +193,7 @@ void CheckHash(const Record& record) {
 void CheckTime(const Record& record) {
   CheckLength(record, 2);
   if (DigitPair(record.value[0]) > 23 || DigitPair(record.value[1]) > 59) {
-    RefuseValue(record, "is no time of day, expected BCD from 00 00 to 23 59");
+    RefuseCoding(record, "is no time of day, expected BCD from 00 00 to 23 59");
   }
 }
 
@@ -178,20 +204,31 @@ std::int32_t ReadMonthOfDate(const Record& record) {
   const unsigned day = DigitPair(record.value[3]);
   const bool digits = IsDigitPair(record.value[0]) && IsDigitPair(record.value[1]);
   if (!digits || year < 1 || month < 1 || month > 12 || day < 1 || day > DaysOfMonth(year, month)) {
-    RefuseValue(record, "is no date, expected BCD of year (2 bytes), month and day");
+    RefuseCoding(record, "is no date, expected BCD of year (2 bytes), month and day");
+  }
+  return static_cast<std::int32_t>(year * 100 + month);
+}
+
+std::int32_t ReadMonth(const Record& record) {
+  CheckLength(record, 3);
+  const unsigned year = DigitPair(record.value[0]) * 100 + DigitPair(record.value[1]);
+  const unsigned month = DigitPair(record.value[2]);
+  const bool digits = IsDigitPair(record.value[0]) && IsDigitPair(record.value[1]);
+  if (!digits || year < 1 || month < 1 || month > 12) {
+    RefuseCoding(record, "is no month, expected BCD of year (2 bytes) and month");
   }
   return static_cast<std::int32_t>(year * 100 + month);
 }
 
 std::string ReadText(const Record& record, std::size_t maxLength) {
   CheckLength(record, 1, maxLength);
-  for (std::size_t i = 0; i < record.value.size(); ++i) {
-    if (record.value[i] < 32 || record.value[i] > 127) {
-      Refuse(
-          RefusalCode::Value, record,
-          "character " + std::to_string(i + 1) + " is 0x" + Hex(record.value[i]) + ", expected 0x20 to 0x7F");
-    }
-  }
+  CheckCharacters(record, 0x20, 0x7F);
+  return {record.value.begin(), record.value.end()};
+}
+
+std::string ReadTransportPin(const Record& record) {
+  CheckLength(record, 6);
+  CheckCharacters(record, '0', '9');
   return {record.value.begin(), record.value.end()};
 }
 
@@ -204,26 +241,26 @@ std::uint32_t ReadCounter(const Record& record) {
   return number;
 }
 
-std::int64_t ReadAmount(const Record& record) {
-  CheckLength(record, 1, 6);
+std::int64_t ReadAmount(const Record& record, std::size_t maxLength) {
+  CheckLength(record, 1, maxLength);
   std::int64_t amount = 0;
   for (const std::uint8_t byte : record.value.first(record.value.size() - 1)) {
     if (!IsDigitPair(byte)) {
-      RefuseValue(record, "is no signed BCD, byte " + Hex(byte) + " is no pair of digits");
+      RefuseCoding(record, "is no signed BCD, byte " + Hex(byte) + " is no pair of digits");
     }
     amount = amount * 100 + DigitPair(byte);
   }
   const std::uint8_t last = record.value.back();
   const int sign = last & 0x0F;
   if ((last >> 4) > 9 || (sign != 0x0C && sign != 0x0D)) {
-    RefuseValue(record, "is no signed BCD, last byte " + Hex(last) + " is no digit with sign C or D");
+    RefuseCoding(record, "is no signed BCD, last byte " + Hex(last) + " is no digit with sign C or D");
   }
   amount = amount * 10 + (last >> 4);
   if (sign == 0x0C) {
     return amount;
   }
   if (amount == 0) {
-    RefuseValue(record, "is zero with a negative sign");
+    RefuseCoding(record, "is zero with a negative sign");
   }
   return -amount;
 }
@@ -233,12 +270,12 @@ std::int32_t ReadVatRate(const Record& record) {
   std::int64_t rate = 0;
   for (const std::uint8_t byte : record.value) {
     if (!IsDigitPair(byte)) {
-      RefuseValue(record, "is no BCD, byte " + Hex(byte) + " is no pair of digits");
+      RefuseCoding(record, "is no BCD, byte " + Hex(byte) + " is no pair of digits");
     }
     rate = rate * 100 + DigitPair(byte);
   }
   if (rate > 9999) {
-    RefuseValue(record, "is above 99.99 %");
+    RefuseCoding(record, "is above 99.99 %");
   }
   return static_cast<std::int32_t>(rate);
 }
@@ -266,6 +303,28 @@ void AppendCounter(Bytes& out, std::uint8_t tag, std::uint32_t number) {
       value.push_back(byte);
     }
   }
+  AppendRecord(out, tag, value);
+}
+
+void AppendAmount(Bytes& out, std::uint8_t tag, std::int64_t amount) {
+  constexpr std::uint8_t kPlus = 0x0C;
+  constexpr std::uint8_t kMinus = 0x0D;
+  std::uint64_t rest =
+      amount < 0 ? 0 - static_cast<std::uint64_t>(amount) : static_cast<std::uint64_t>(amount);
+  Bytes value = {static_cast<std::uint8_t>(rest % 10 << 4 | (amount < 0 ? kMinus : kPlus))};
+  for (rest /= 10; rest > 0; rest /= 100) {
+    value.push_back(static_cast<std::uint8_t>(rest / 10 % 10 << 4 | rest % 10));
+  }
+  std::reverse(value.begin(), value.end());
+  AppendRecord(out, tag, value);
+}
+
+void AppendBcd(Bytes& out, std::uint8_t tag, std::uint32_t number, std::size_t minLength) {
+  Bytes value;
+  for (; number > 0 || value.size() < minLength; number /= 100) {
+    value.push_back(static_cast<std::uint8_t>(number / 10 % 10 << 4 | number % 10));
+  }
+  std::reverse(value.begin(), value.end());
   AppendRecord(out, tag, value);
 }
 

@@ -17,6 +17,8 @@ using ByteView = std::span<const std::uint8_t>;
 
 namespace tag {
 inline constexpr std::uint8_t kSignature = 158;
+inline constexpr std::uint8_t kLifeCycle = 192;
+inline constexpr std::uint8_t kTransportPin = 195;
 inline constexpr std::uint8_t kTaxpayerId = 196;
 inline constexpr std::uint8_t kDeviceNumber = 197;
 inline constexpr std::uint8_t kOperator = 198;
@@ -25,20 +27,31 @@ inline constexpr std::uint8_t kCurrency = 200;
 inline constexpr std::uint8_t kTaxExclusive = 201;
 inline constexpr std::uint8_t kTraining = 202;
 inline constexpr std::uint8_t kSequenceNumber = 203;
+inline constexpr std::uint8_t kReportNumber = 204;
 inline constexpr std::uint8_t kDate = 205;
 inline constexpr std::uint8_t kTime = 206;
+inline constexpr std::uint8_t kFirstMonth = 208;
+inline constexpr std::uint8_t kLastMonth = 209;
+inline constexpr std::uint8_t kFirstTransaction = 210;
+inline constexpr std::uint8_t kLastTransaction = 211;
+inline constexpr std::uint8_t kReportHash = 212;
 inline constexpr std::uint8_t kThirdParty = 214;
 inline constexpr std::uint8_t kDeliveryNote = 215;
 inline constexpr std::uint8_t kTurnover = 216;
 inline constexpr std::uint8_t kTurnoverNegative = 217;
 inline constexpr std::uint8_t kVat = 218;
 inline constexpr std::uint8_t kVatRate = 219;
+inline constexpr std::uint8_t kOverflow = 221;
+inline constexpr std::uint8_t kVatChanged = 222;
 inline constexpr std::uint8_t kContainerVat1 = 225;
 inline constexpr std::uint8_t kContainerVat6 = 230;
 inline constexpr std::uint8_t kContainerThirdParty = 231;
 inline constexpr std::uint8_t kContainerDeliveryNote = 232;
 inline constexpr std::uint8_t kContainerTraining = 233;
 }  // namespace tag
+
+/// The longest taxpayer ID.
+inline constexpr std::size_t kMaxTaxpayerIdLength = 32;
 
 /// Thrown by everything that checks records.
 struct Refusal {
@@ -100,11 +113,18 @@ void CheckHash(const Record& record);
 void CheckTime(const Record& record);
 /// Year * 100 + month of a date.
 std::int32_t ReadMonthOfDate(const Record& record);
+/// Year * 100 + month.
+std::int32_t ReadMonth(const Record& record);
 std::string ReadText(const Record& record, std::size_t maxLength);
+/// Six digits.
+std::string ReadTransportPin(const Record& record);
 /// A big-endian number of 1 to 4 bytes.
 std::uint32_t ReadCounter(const Record& record);
-/// Signed BCD of 1 to 6 bytes, in cents.
-std::int64_t ReadAmount(const Record& record);
+/// How many bytes an amount may have: requests have the short form, responses the long one.
+inline constexpr std::size_t kShortAmount = 6;
+inline constexpr std::size_t kLongAmount = 8;
+/// Signed BCD of 1 to `maxLength` bytes, in cents.
+std::int64_t ReadAmount(const Record& record, std::size_t maxLength = kShortAmount);
 /// BCD of 1 to 6 bytes, in hundredths of a percent, at most 99.99 %.
 std::int32_t ReadVatRate(const Record& record);
 /// The 64 bytes of a signature.
@@ -112,10 +132,16 @@ std::span<const std::uint8_t, 64> ReadSignature(const Record& record);
 
 /// "tag 0xC6 (operator)".
 std::string DescribeTag(std::uint8_t tag);
+/// Refuses the record for its value: position, tag, and why.
+[[noreturn]] void RefuseValue(const Record& record, const std::string& why);
 
 void AppendRecord(Bytes& out, std::uint8_t tag, ByteView value);
 void AppendText(Bytes& out, std::uint8_t tag, std::string_view text);
 /// Writes the number big-endian without leading zero bytes.
 void AppendCounter(Bytes& out, std::uint8_t tag, std::uint32_t number);
+/// Writes cents as signed BCD without leading zero bytes.
+void AppendAmount(Bytes& out, std::uint8_t tag, std::int64_t amount);
+/// Writes a number as BCD of at least so many bytes.
+void AppendBcd(Bytes& out, std::uint8_t tag, std::uint32_t number, std::size_t minLength = 1);
 
 }  // namespace softdevice

@@ -1,51 +1,82 @@
 #include "softdevice/Verify.h"
 
-#include <algorithm>
-#include <optional>
+#include <array>
 
-#include "softdevice/BookingRequest.h"
 #include "softdevice/Key.h"
 #include "softdevice/Records.h"
+#include "softdevice/Request.h"
 
 namespace softdevice {
 
 namespace {
 
-constexpr Field kResponseFields[] = {{tag::kTaxpayerId, true},
-                                     {tag::kDeviceNumber, true},
-                                     {tag::kSequenceNumber, true},
-                                     {tag::kSignature, true}};
+constexpr std::array kWithTaxpayer = {Field{tag::kTaxpayerId, true}, Field{tag::kDeviceNumber, true},
+                                      Field{tag::kSequenceNumber, true}, Field{tag::kSignature, true}};
+constexpr std::array kDataOnly = {Field{tag::kSequenceNumber, true}, Field{tag::kSignature, true}};
+constexpr std::array kActivation = {Field{tag::kLifeCycle, true}, Field{tag::kTaxpayerId, true},
+                                    Field{tag::kDeviceNumber, true}, Field{tag::kReportNumber, true},
+                                    Field{tag::kSignature, true}};
+constexpr std::array kClosing = {
+    Field{tag::kLifeCycle, true},           Field{tag::kTaxpayerId, true},
+    Field{tag::kDeviceNumber, true},        Field{tag::kReportNumber, true},
+    Field{tag::kFirstTransaction, true},    Field{tag::kLastTransaction, true},
+    Field{tag::kContainerVat1, true},       Field{tag::kContainerVat1 + 1, true},
+    Field{tag::kContainerVat1 + 2, true},   Field{tag::kContainerVat1 + 3, true},
+    Field{tag::kContainerVat1 + 4, true},   Field{tag::kContainerVat6, true},
+    Field{tag::kContainerThirdParty, true}, Field{tag::kContainerDeliveryNote, true},
+    Field{tag::kContainerTraining, true},   Field{tag::kSignature, true}};
+constexpr std::array kContainer = {Field{tag::kTurnover, false},   Field{tag::kTurnoverNegative, false},
+                                   Field{tag::kVat, false},        Field{tag::kVatRate, false},
+                                   Field{tag::kThirdParty, false}, Field{tag::kOverflow, false},
+                                   Field{tag::kVatChanged, false}};
 
-constexpr std::size_t kMaxTaxpayerIdLength = 32;
+void CheckContainer(const Record& container) {
+  constexpr std::size_t kHeaderLength = 2;
+  RecordReader reader(container.value, DescribeTag(container.tag), container.position + kHeaderLength);
+  ReadInOrder(reader, kContainer, [](const Record& record) {
+    switch (record.tag) {
+      case tag::kVatRate: ReadVatRate(record); break;
+      case tag::kOverflow:
+      case tag::kVatChanged: CheckFlag(record); break;
+      default: ReadAmount(record, kLongAmount);
+    }
+  });
+}
 
 /// Checks the response's records and returns that of the signature.
-Record ReadBookingResponse(ByteView response) {
+Record ReadResponse(ByteView response, std::span<const Field> fields) {
   Record signature{};
   RecordReader reader(response, "the response");
-  ReadInOrder(reader, kResponseFields, [&signature](const Record& record) {
+  ReadInOrder(reader, fields, [&signature](const Record& record) {
     switch (record.tag) {
       case tag::kTaxpayerId: ReadText(record, kMaxTaxpayerIdLength); break;
+      case tag::kLifeCycle:
       case tag::kDeviceNumber:
-      case tag::kSequenceNumber: ReadCounter(record); break;
-      default: ReadSignature(record); signature = record;
+      case tag::kSequenceNumber:
+      case tag::kReportNumber:
+      case tag::kFirstTransaction:
+      case tag::kLastTransaction: ReadCounter(record); break;
+      case tag::kSignature:
+        ReadSignature(record);
+        signature = record;
+        break;
+      default: CheckContainer(record);
     }
   });
   return signature;
 }
 
-}  // namespace
-
-Verdict VerifyBooking(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
-                      std::string_view publicKeyPem) {
-  // A request that the device would have refused can't have been signed as a booking, so that nothing else
-  // that a device ever signs passes for one.
+/// Whether a request of this kind, which the device would have accepted, got this response. `kind` names it in
+/// reasons.
+Verdict Verify(Command command, std::span<const Field> fields, ByteView request, ByteView response,
+               std::string_view publicKeyPem, const std::string& kind) {
   try {
-    ReadBookingRequest(request);
+    ReadRequest(command, request);
   } catch (const Refusal& refusal) {
-    return {false, "the request is no booking: " + refusal.reason};
+    return {false, "the request is no " + kind + ": " + refusal.reason};
   }
   try {
-    const Record signature = ReadBookingResponse(response);
+    const Record signature = ReadResponse(response, fields);
     Bytes message(request.begin(), request.end());
     const ByteView signedPart = response.first(signature.position);
     message.insert(message.end(), signedPart.begin(), signedPart.end());
@@ -54,10 +85,61 @@ Verdict VerifyBooking(std::span<const std::uint8_t> request, std::span<const std
     }
     return {true, {}};
   } catch (const Refusal& refusal) {
-    return {false, "the response is no answer to a booking: " + refusal.reason};
+    return {false, "the response is no answer to a " + kind + ": " + refusal.reason};
   } catch (const KeyError& error) {
     return {false, std::string("the public key can't be used: ") + error.what()};
   }
+}
+
+/// Whether a record with this tag stands among the records as far as they are whole.
+bool Has(ByteView records, std::uint8_t tag) {
+  RecordReader reader(records, {});
+  try {
+    while (!reader.AtEnd()) {
+      if (reader.Next().tag == tag) {
+        return true;
+      }
+    }
+  } catch (const Refusal&) {
+    // What comes next says what is wrong with them.
+  }
+  return false;
+}
+
+}  // namespace
+
+Verdict VerifyBooking(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
+                      std::string_view publicKeyPem) {
+  return Verify(Command::SignBooking, kWithTaxpayer, request, response, publicKeyPem, "booking");
+}
+
+Verdict VerifyData(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
+                   std::string_view publicKeyPem) {
+  const std::string kind = "data record";
+  if (Has(request, tag::kDate)) {
+    return Verify(Command::SignDataAndTime, kWithTaxpayer, request, response, publicKeyPem, kind);
+  }
+  if (Has(response, tag::kTaxpayerId)) {
+    return Verify(Command::SignDataAndTpId, kWithTaxpayer, request, response, publicKeyPem, kind);
+  }
+  return Verify(Command::SignDataOnly, kDataOnly, request, response, publicKeyPem, kind);
+}
+
+Verdict VerifyReport(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
+                     std::string_view publicKeyPem) {
+  const std::string kind = "signed report";
+  if (Has(request, tag::kFirstMonth)) {
+    return {false, "a report over months is not signed"};
+  }
+  if (Has(response, tag::kLifeCycle) && !Has(response, tag::kReportNumber) &&
+      !Has(response, tag::kSignature)) {
+    return {false, "an unsigned report is not signed"};
+  }
+  if (Has(request, tag::kTransportPin)) {
+    return Verify(Command::ReportActivate, kActivation, request, response, publicKeyPem, kind);
+  }
+  // A deactivation has the same records, but for a report hash.
+  return Verify(Command::ReportSigned, kClosing, request, response, publicKeyPem, kind);
 }
 
 }  // namespace softdevice

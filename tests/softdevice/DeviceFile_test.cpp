@@ -29,6 +29,11 @@ class DeviceFile : public DeviceTest {
     }
   }
 
+  /// Whether an answer is either a refusal or a response.
+  [[nodiscard]] static bool IsWhole(const Answer& answer) {
+    return answer.accepted == answer.reason.empty() && answer.accepted == !answer.response.empty();
+  }
+
   void Write(const std::string& content) const { std::ofstream(File(), std::ios::binary) << content; }
   [[nodiscard]] std::string Read() const {
     std::ifstream file(File(), std::ios::binary);
@@ -147,6 +152,15 @@ TEST_F(DeviceFile, NeedsAValidIdentityWhenMade) {
   EXPECT_EQ(Device::Open(File()).RunningNumber(), 4'294'967'295U);
 }
 
+TEST_F(DeviceFile, NeedsATransportPinOfSixDigitsWhenMade) {
+  for (const char* pin : {"", "12345", "1234567", "12345a", "12345 ", "\xC2\xB9\xC2\xB2\xC2\xB3"}) {
+    OpenOptions options = kCreate;
+    options.transportPin = pin;
+    EXPECT_EQ(ErrorOf(File(), options), "the transport PIN of a new device must be six digits") << pin;
+  }
+  EXPECT_FALSE(std::filesystem::exists(File()));
+}
+
 TEST_F(DeviceFile, MayBeEmptyWhenMade) {
   OpenOptions nameless;
   nameless.create = true;
@@ -187,8 +201,64 @@ TEST_F(DeviceFile, MustBeReachable) {
 
 TEST_F(DeviceFile, MustBeOfThisVersion) {
   static_cast<void>(Open());
-  RunSql("PRAGMA user_version = 2");
+  RunSql("PRAGMA user_version = 3");
   EXPECT_EQ(ErrorOf(File(), kCreate), "it was made by another version of the software signing device");
+}
+
+/// Makes the device file what it would have been when devices knew bookings only.
+constexpr const char* kBackToBookingsOnly = R"(
+  DROP TABLE signed_report;
+  DROP TABLE total;
+  CREATE TABLE total (
+    month INTEGER NOT NULL, container INTEGER NOT NULL, turnover INTEGER NOT NULL,
+    turnover_negative INTEGER NOT NULL, vat INTEGER NOT NULL, vat_rate INTEGER NOT NULL,
+    bookings INTEGER NOT NULL, overflow INTEGER NOT NULL, vat_changed INTEGER NOT NULL,
+    PRIMARY KEY (month, container)) STRICT, WITHOUT ROWID;
+  INSERT INTO total VALUES (202612, 225, 1, 2, 3, 4, 5, 0, 0);
+  ALTER TABLE device DROP COLUMN transport_pin;
+  ALTER TABLE device DROP COLUMN wrong_pins;
+  ALTER TABLE device DROP COLUMN last_report_number;
+  ALTER TABLE device DROP COLUMN last_reported_number;
+  PRAGMA user_version = 1)";
+
+TEST_F(DeviceFile, OfTheVersionThatKnewBookingsOnlyIsBroughtUpToDate) {
+  const std::string january = "CD 04 20 27 01 01 " + kTime + kOperator + kHash + kCurrency;
+  const std::string thirdParty = "E1 0D D8 03 11 90 0C DB 02 16 00 D6 02 10 0C";
+  std::string key;
+  {
+    Device device = Open();
+    Accepted(device, Command::SignBooking, kBooking);
+    Accepted(device, Command::SignBooking, january + thirdParty);
+    key = device.PublicKeyPem();
+  }
+  RunSql(kBackToBookingsOnly);
+  Device device = Device::Open(File());
+  EXPECT_EQ(device.PublicKeyPem(), key);
+  EXPECT_EQ(device.State(), (DeviceState{LifeCycle::Activated, 0, 2, 0, 0}));
+  EXPECT_EQ(device.Totals(), (std::vector<Total>{{202612, 225, 11900, 0, 1900, 1900, 1, false, false, 0},
+                                                 {202701, 225, 11900, 0, 0, 1600, 1, false, false, 100},
+                                                 {202701, 231, 100, 0, 0, 0, 1, false, false, 0}}));
+  EXPECT_EQ(device.OpenTotals(), (std::vector<Total>{{0, 225, 23800, 0, 1900, 1600, 2, false, true, 100},
+                                                     {0, 231, 100, 0, 0, 0, 1, false, false, 0}}));
+  ASSERT_TRUE(device.Find(2).has_value());
+  EXPECT_TRUE(VerifyBooking(device.Find(2)->request, device.Find(2)->response, key).ok);
+  EXPECT_EQ(device.Execute(Command::SignBooking, Hex(kBooking)).sequenceNumber, 3U);
+  EXPECT_EQ(device.Execute(Command::ReportSigned, Hex(kDate + kTime)).sequenceNumber, 1U);
+  EXPECT_EQ(Device::Open(File()).State(), (DeviceState{LifeCycle::Activated, 0, 3, 1, 3}));
+}
+
+TEST_F(DeviceFile, OfTheVersionThatKnewBookingsOnlyStaysAsItIsWhenABookingIsDamaged) {
+  {
+    Device device = Open();
+    Accepted(device, Command::SignBooking, kBooking);
+  }
+  RunSql(kBackToBookingsOnly);
+  RunSql("UPDATE signed_request SET request = x'CD'");
+  const std::string content = Read();
+  EXPECT_EQ(ErrorOf(File()),
+            "it is damaged (a recorded booking: position 0, tag 0xCD (date): the request ends here, a length "
+            "byte must follow)");
+  EXPECT_EQ(Read(), content);
 }
 
 TEST_F(DeviceFile, MustHoldAnIdentityAndAKey) {
@@ -249,6 +319,9 @@ TEST_F(DeviceFile, RefusesBookingsWhileLockedForTooLong) {
   EXPECT_THROW(static_cast<void>(device.LastSequenceNumber()), DeviceError);
   EXPECT_THROW(static_cast<void>(device.Find(1)), DeviceError);
   EXPECT_THROW(static_cast<void>(device.Totals()), DeviceError);
+  EXPECT_THROW(static_cast<void>(device.OpenTotals()), DeviceError);
+  EXPECT_THROW(static_cast<void>(device.State()), DeviceError);
+  EXPECT_THROW(static_cast<void>(device.FindReport(1)), DeviceError);
   sqlite3_close(other);
   EXPECT_EQ(device.Execute(Command::SignBooking, Hex(kBooking)).sequenceNumber, 1U);
 }
@@ -292,6 +365,12 @@ TEST_F(DeviceFile, EndsAnyDamageInAnErrorOrAnAnswer) {
       EXPECT_EQ(answer.accepted, answer.reason.empty());
       static_cast<void>(device.Find(1));
       static_cast<void>(device.Totals());
+      const std::string plain = kDate + kTime;
+      const std::string months = "D0 03 20 26 01 D1 03 20 26 12";
+      EXPECT_TRUE(IsWhole(device.Execute(Command::ReportSpan, Hex(plain + months))));
+      EXPECT_TRUE(IsWhole(device.Execute(Command::ReportUnsigned, Hex(plain))));
+      EXPECT_TRUE(IsWhole(device.Execute(Command::ReportSigned, Hex(plain))));
+      static_cast<void>(device.FindReport(2));
     } catch (const DeviceError& error) {
       EXPECT_STRNE(error.what(), "");
       ++notOpened;

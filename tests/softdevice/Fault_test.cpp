@@ -1,4 +1,4 @@
-// Each call to the operating system that can fail while a booking is recorded, made to fail.
+// Each call to the operating system that can fail while something is recorded, made to fail.
 
 #include <cstddef>
 #include <ostream>
@@ -207,6 +207,80 @@ TEST_P(StorageFault, LeavesABookingWholeOrNotAtAll) {
   EXPECT_EQ(device.Totals().at(0).bookings, device.LastSequenceNumber());
 }
 
+TEST_P(StorageFault, LeavesAClosingWholeOrNotAtAll) {
+  const Bytes request = Hex(kDate + kTime);
+  static_cast<void>(Open());
+  FaultySystem system;
+  int refusals = 0;
+  for (int call = 1;; ++call) {
+    Device device = Device::Open(File());
+    ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(kBooking)).accepted);
+    const std::vector<Total> openBefore = device.OpenTotals();
+    const DeviceState before = device.State();
+    system.FailAt(call, GetParam().kind, GetParam().forGood);
+    const Answer answer = device.Execute(Command::ReportSigned, request);
+    if (!system.Stop()) {
+      EXPECT_TRUE(answer.accepted) << answer.reason;
+      break;
+    }
+    const DeviceState now = Device::Open(File()).State();
+    const bool isClosed = now.lastReportNumber == before.lastReportNumber + 1;
+    if (answer.accepted) {
+      ASSERT_TRUE(isClosed) << "call " << call;
+      ASSERT_EQ(answer.sequenceNumber, now.lastReportNumber);
+      ASSERT_EQ(device.FindReport(answer.sequenceNumber)->response, answer.response);
+    } else {
+      ++refusals;
+      EXPECT_EQ(answer.code, RefusalCode::Storage) << answer.reason;
+      if (answer.reason.find("can't be said") == std::string::npos) {
+        ASSERT_FALSE(isClosed) << "call " << call << ": " << answer.reason;
+      } else {
+        EXPECT_NE(answer.reason.find("; whether report " + std::to_string(before.lastReportNumber + 1) +
+                                     " is recorded can't be said"),
+                  std::string::npos)
+            << answer.reason;
+      }
+    }
+    // The closing, its numbers, and the totals that it begins anew belong together.
+    if (isClosed) {
+      ASSERT_EQ(now.lastReportedNumber, now.lastSequenceNumber);
+      ASSERT_TRUE(device.OpenTotals().empty());
+      const std::optional<SignedRequest> recorded = device.FindReport(now.lastReportNumber);
+      ASSERT_TRUE(VerifyReport(request, recorded->response, device.PublicKeyPem()).ok);
+    } else {
+      ASSERT_EQ(now, before);
+      ASSERT_EQ(device.OpenTotals(), openBefore);
+      ASSERT_FALSE(device.FindReport(before.lastReportNumber + 1).has_value());
+    }
+  }
+  EXPECT_GT(refusals, 5);
+}
+
+TEST_P(StorageFault, NeverSaysThatAPinIsWrongWithoutCountingIt) {
+  const Bytes wrong = MakeActivationRequest("000000");
+  static_cast<void>(OpenInactive());
+  FaultySystem system;
+  int refusals = 0;
+  for (int call = 1;; ++call) {
+    RunSql("UPDATE device SET wrong_pins = 0");
+    Device device = Device::Open(File());
+    system.FailAt(call, GetParam().kind, GetParam().forGood);
+    const Answer answer = device.Execute(Command::ReportActivate, wrong);
+    const bool failed = system.Stop();
+    const int counted = Device::Open(File()).State().wrongPins;
+    if (answer.code == RefusalCode::WrongPin) {
+      ASSERT_EQ(counted, 1) << "call " << call;
+    } else {
+      ++refusals;
+      ASSERT_EQ(answer.code, RefusalCode::Storage) << answer.reason;
+    }
+    if (!failed) {
+      break;
+    }
+  }
+  EXPECT_GT(refusals, 5);
+}
+
 TEST_P(StorageFault, LeavesADeviceWholeOrNotAtAllWhenItIsMade) {
   FaultySystem system;
   int failures = 0;
@@ -222,6 +296,7 @@ TEST_P(StorageFault, LeavesADeviceWholeOrNotAtAllWhenItIsMade) {
     }
     const bool failed = system.Stop();
     Device device = Open();
+    ASSERT_EQ(device.State(), (DeviceState{LifeCycle::Activated, 0, 0, 1, 0})) << "call " << call;
     ASSERT_EQ(device.Execute(Command::SignBooking, Hex(kBooking)).sequenceNumber, 1U) << "call " << call;
     if (!failed) {
       break;

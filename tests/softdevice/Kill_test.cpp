@@ -2,6 +2,7 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <map>
@@ -9,15 +10,38 @@
 #include <thread>
 
 #include "Support.h"
+#include "VnZEL10cmn/VnZEL10cmn.h"
 #include "softdevice/Verify.h"
 
 namespace softdevice::test {
 namespace {
 
-constexpr std::size_t kResponseLimit = 128;
+using VnZEL10cmn::ByteArray;
+using VnZEL10cmn::clsZelReport;
+using VnZEL10cmn::Currency;
+using VnZEL10cmn::ZELSerialType;
+
+constexpr std::size_t kResponseLimit = 512;
+
+/// What the processes do in turn, each from another place on.
+struct Work {
+  Command command;
+  Bytes request;
+};
+
+std::vector<Work> AllWork() {
+  return {{Command::SignBooking, Hex(kBooking)},
+          {Command::SignDataOnly, Hex(kHash)},
+          {Command::SignBooking, Hex(kBooking)},
+          {Command::ReportSigned, Hex(kDate + kTime)},
+          {Command::SignDataAndTime, Hex(kDate + kTime + kHash)}};
+}
+
+bool IsReport(Command command) { return command >= Command::ReportSigned; }
 
 /// What a child reports of each answer; one write of it into a pipe is never torn.
 struct Report {
+  Command command = Command::SignBooking;
   std::uint32_t sequenceNumber = 0;
   std::uint32_t length = 0;
   std::uint8_t response[kResponseLimit] = {};
@@ -35,13 +59,14 @@ class Kill : public DeviceTest {
       OpenOptions patient = kCreate;
       patient.busyTimeout = std::chrono::minutes(1);
       Device device = Device::Open(File(), patient);
-      const Bytes request = Hex(kBooking);
-      for (;;) {
-        const Answer answer = device.Execute(Command::SignBooking, request);
+      const std::vector<Work> all = AllWork();
+      for (std::size_t next = static_cast<std::size_t>(getpid());; ++next) {
+        const auto& [command, request] = all[next % all.size()];
+        const Answer answer = device.Execute(command, request);
         if (!answer.accepted || answer.response.size() > kResponseLimit) {
           _exit(2);
         }
-        Report report{answer.sequenceNumber, static_cast<std::uint32_t>(answer.response.size()), {}};
+        Report report{command, answer.sequenceNumber, static_cast<std::uint32_t>(answer.response.size()), {}};
         std::copy(answer.response.begin(), answer.response.end(), report.response);
         if (write(pipe, &report, sizeof report) != static_cast<ssize_t>(sizeof report)) {
           _exit(3);
@@ -85,51 +110,81 @@ class Kill : public DeviceTest {
       return false;
     }
     const Bytes response(report.response, report.response + report.length);
-    EXPECT_TRUE(answered_.emplace(report.sequenceNumber, response).second)
+    EXPECT_TRUE(
+        answered_.emplace(std::pair(IsReport(report.command), report.sequenceNumber), response).second)
         << "number " << report.sequenceNumber << " was given twice";
     return true;
   }
 
-  /// Checks that the numbers from 1 to the last are recorded, and every answer as it was given.
+  /// Whether what was recorded is what was answered, if the answer got out.
+  void ExpectAnswered(const SignedRequest& recorded, std::size_t& answers) const {
+    const auto answer = answered_.find({IsReport(recorded.command), recorded.sequenceNumber});
+    if (answer != answered_.end()) {
+      EXPECT_EQ(recorded.response, answer->second);
+      ++answers;
+    }
+  }
+
+  /// Checks that the numbers from 1 to the last are recorded, every answer as it was given, and that the
+  /// closings cover each number once, with the turnover that was booked under these numbers.
   void ExpectConsistent() const {
     Device device = Device::Open(File());
-    const std::uint32_t last = device.LastSequenceNumber();
-    std::uint32_t recordedAnswers = 0;
-    for (std::uint32_t number = 1; number <= last; ++number) {
+    const std::string key = device.PublicKeyPem();
+    const DeviceState state = device.State();
+    std::size_t answers = 0;
+    std::vector<std::int64_t> bookingsUpTo = {0};
+    for (std::uint32_t number = 1; number <= state.lastSequenceNumber; ++number) {
       const std::optional<SignedRequest> found = device.Find(number);
       ASSERT_TRUE(found.has_value()) << "number " << number << " is missing";
-      EXPECT_TRUE(VerifyBooking(found->request, found->response, device.PublicKeyPem()).ok);
-      if (const auto answer = answered_.find(number); answer != answered_.end()) {
-        EXPECT_EQ(found->response, answer->second);
-        ++recordedAnswers;
-      }
+      const bool isBooking = found->command == Command::SignBooking;
+      EXPECT_TRUE((isBooking ? VerifyBooking : VerifyData)(found->request, found->response, key).ok);
+      bookingsUpTo.push_back(bookingsUpTo.back() + (isBooking ? 1 : 0));
+      ExpectAnswered(*found, answers);
     }
-    EXPECT_EQ(recordedAnswers, answered_.size());
-    EXPECT_FALSE(device.Find(last + 1).has_value());
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(File().c_str(), &database), SQLITE_OK);
-    const std::string check =
-        "SELECT 1 / ((SELECT count(*) FROM signed_request) = " + std::to_string(last) + ")";
-    EXPECT_EQ(
-        sqlite3_exec(
-            database, check.c_str(),
-            [](void*, int, char** value, char**) { return value[0] == nullptr ? 1 : 0; }, nullptr, nullptr),
-        SQLITE_OK);
-    sqlite3_close(database);
-    if (last > 0) {
-      const std::vector<Total> totals = device.Totals();
-      ASSERT_EQ(totals.size(), 1U);
-      EXPECT_EQ(totals[0].bookings, last);
-      EXPECT_EQ(totals[0].turnover, last * std::int64_t{11900});
-      EXPECT_EQ(totals[0].vat, last * std::int64_t{1900});
+    std::uint32_t covered = 0;
+    for (std::uint32_t number = 1; number <= state.lastReportNumber; ++number) {
+      const std::optional<SignedRequest> found = device.FindReport(number);
+      ASSERT_TRUE(found.has_value()) << "report " << number << " is missing";
+      EXPECT_TRUE(VerifyReport(found->request, found->response, key).ok);
+      ExpectAnswered(*found, answers);
+      ASSERT_EQ(found->command, number == 1 ? Command::ReportActivate : Command::ReportSigned);
+      clsZelReport report;
+      ASSERT_TRUE(report.BinaryDataSet(ZELSerialType::Response, ByteArray(found->response), 0));
+      const auto last = static_cast<std::uint32_t>(report.TransSeqNrLast().Scaled() / 10'000);
+      if (last == 0) {
+        EXPECT_EQ(report.Container(1)->Turnover(), Currency(0));
+        continue;
+      }
+      ASSERT_EQ(report.TransSeqNrFirst(), Currency(static_cast<int>(covered + 1)));
+      ASSERT_LT(last, bookingsUpTo.size());
+      EXPECT_EQ(report.Container(1)->Turnover().Scaled(),
+                (bookingsUpTo[last] - bookingsUpTo[covered]) * 119 * 10'000);
+      covered = last;
+    }
+    EXPECT_EQ(covered, state.lastReportedNumber);
+    EXPECT_EQ(answers, answered_.size());
+    EXPECT_FALSE(device.Find(state.lastSequenceNumber + 1).has_value());
+    EXPECT_FALSE(device.FindReport(state.lastReportNumber + 1).has_value());
+    ExpectTotal(device.Totals(), bookingsUpTo.back());
+    ExpectTotal(device.OpenTotals(), bookingsUpTo.back() - bookingsUpTo[covered]);
+  }
+
+  /// Whether the totals are those of so many bookings.
+  static void ExpectTotal(const std::vector<Total>& totals, std::int64_t bookings) {
+    ASSERT_EQ(totals.size(), bookings > 0 ? 1U : 0U);
+    if (bookings > 0) {
+      EXPECT_EQ(totals[0].bookings, bookings);
+      EXPECT_EQ(totals[0].turnover, bookings * 11900);
+      EXPECT_EQ(totals[0].vat, bookings * 1900);
     }
   }
 
   std::mt19937 random_{20270101};
-  std::map<std::uint32_t, Bytes> answered_;
+  /// By number, those of reports apart.
+  std::map<std::pair<bool, std::uint32_t>, Bytes> answered_;
 };
 
-TEST_F(Kill, LosesNoBookingAndGivesNoNumberTwice) {
+TEST_F(Kill, LosesNothingAndGivesNoNumberTwice) {
   static_cast<void>(Open());
   int interrupted = 0;
   for (int round = 0; round < 100; ++round) {
@@ -137,7 +192,7 @@ TEST_F(Kill, LosesNoBookingAndGivesNoNumberTwice) {
     ASSERT_FALSE(HasFatalFailure()) << "round " << round;
     interrupted += std::filesystem::exists(File().string() + "-journal") ? 1 : 0;
   }
-  EXPECT_GT(interrupted, 0) << "no process was killed amid a booking";
+  EXPECT_GT(interrupted, 0) << "no process was killed amid a request";
   ExpectConsistent();
 }
 
@@ -159,6 +214,48 @@ TEST_F(Kill, LeavesAWholeDeviceOrNoneWhileItIsMade) {
     static_cast<void>(Open());  // goes on from whatever the killed process left
     ExpectConsistent();
     ASSERT_FALSE(HasFatalFailure()) << "round " << round;
+  }
+}
+
+TEST_F(Kill, ForgetsNoWrongPin) {
+  const Bytes wrong = MakeActivationRequest("000000");
+  for (int round = 0; round < 40; ++round) {
+    std::filesystem::remove(File());
+    static_cast<void>(OpenInactive());
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    ASSERT_NE(child, -1);
+    if (child == 0) {
+      try {
+        Device device = Device::Open(File());
+        for (char attempt = 1;; ++attempt) {
+          const RefusalCode code = device.Execute(Command::ReportActivate, wrong).code;
+          if (code != (attempt <= 3 ? RefusalCode::WrongPin : RefusalCode::PinLocked) ||
+              write(ends[1], &attempt, 1) != 1) {
+            _exit(2);
+          }
+          attempt = std::min<char>(attempt, 9);
+        }
+      } catch (const std::exception&) {
+        _exit(4);
+      }
+    }
+    close(ends[1]);
+    char known = 0;
+    for (auto attempts = random_() % 4; attempts > 0 && read(ends[0], &known, 1) == 1; --attempts) {
+    }
+    std::this_thread::sleep_for(std::chrono::microseconds(random_() % 5'000));
+    ASSERT_EQ(kill(child, SIGKILL), 0);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself with " << WEXITSTATUS(status);
+    while (read(ends[0], &known, 1) == 1) {
+    }
+    close(ends[0]);
+    const int counted = Device::Open(File()).State().wrongPins;
+    EXPECT_GE(counted, std::min<int>(known, 3));
+    EXPECT_LE(counted, std::min<int>(known + 1, 3));
   }
 }
 

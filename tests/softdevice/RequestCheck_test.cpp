@@ -88,7 +88,8 @@ INSTANTIATE_TEST_SUITE_P(
              RefusalCode::UnexpectedRecord,
              "position 63, tag 0xE5 (container 5): not expected here, expected the end of the request"},
         Case{"ContainerOfReportsOnly", kHead + "E7 04 DB 02 19 00", RefusalCode::UnexpectedRecord,
-             "position 57, tag 0xE7 (unknown): not expected here, expected tag 0xC9 (tax-exclusive), "
+             "position 57, tag 0xE7 (third-party container): not expected here, expected tag 0xC9 "
+             "(tax-exclusive), "
              "tag 0xCA (training), tag 0xD7 (delivery note), " +
                  kContainers},
         Case{"RecordBehindTheLast", kHead + "E6 04 DB 02 19 00 00 00", RefusalCode::UnexpectedRecord,
@@ -240,9 +241,11 @@ using RequestCheck = DeviceTest;
 TEST_F(RequestCheck, RefusesUnknownCommands) {
   Device device = Open();
   ExpectRefused(device.Execute(Command{0}, Hex(kBooking)), RefusalCode::UnknownCommand,
-                "command 0 is unknown, expected 1 (sign a booking)");
+                "command 0 is unknown, expected 1 to 9");
+  ExpectRefused(device.Execute(Command{10}, Hex(kBooking)), RefusalCode::UnknownCommand,
+                "command 10 is unknown, expected 1 to 9");
   ExpectRefused(device.Execute(Command{255}, Hex(kBooking)), RefusalCode::UnknownCommand,
-                "command 255 is unknown, expected 1 (sign a booking)");
+                "command 255 is unknown, expected 1 to 9");
 }
 
 TEST_F(RequestCheck, RefusesEveryPrefixButTheOneBeforeTheContainer) {
@@ -310,6 +313,9 @@ TEST_F(RequestCheck, NamesItsRefusalCodes) {
   EXPECT_STREQ(ToString(RefusalCode::Busy), "Busy");
   EXPECT_STREQ(ToString(RefusalCode::Storage), "Storage");
   EXPECT_STREQ(ToString(RefusalCode::Internal), "Internal");
+  EXPECT_STREQ(ToString(RefusalCode::LifeCycle), "LifeCycle");
+  EXPECT_STREQ(ToString(RefusalCode::WrongPin), "WrongPin");
+  EXPECT_STREQ(ToString(RefusalCode::PinLocked), "PinLocked");
   EXPECT_STREQ(ToString(RefusalCode{99}), "unknown");
 }
 

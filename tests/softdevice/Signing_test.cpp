@@ -129,7 +129,7 @@ TEST_F(Signing, AddsUpTheContainersOfEachMonth) {
   }
   const std::vector<Total> expected = {
       {202612, 225, 23800, 0, 3800, 1900, 2, false, false},
-      {202612, 226, -500, 600, -32, 700, 2, false, false},
+      {202612, 226, -500, 600, -32, 700, 2, false, false, -200},
       {202612, 231, -200, 200, 0, 0, 2, false, false},
       {202701, 225, 11900, 0, 1900, 1900, 1, false, false},
   };
@@ -144,8 +144,8 @@ TEST_F(Signing, CountsTrainingAndDeliveryNotesApart) {
     ASSERT_TRUE(device.Execute(Command::SignBooking, request).accepted);
   }
   const std::vector<Total> expected = {
-      {202612, 232, 12007, 0, 1900, 0, 1, false, false},
-      {202612, 233, 24014, 0, 3800, 0, 2, false, false},
+      {202612, 232, 12007, 0, 1900, 0, 1, false, false, 50},
+      {202612, 233, 24014, 0, 3800, 0, 2, false, false, 100},
   };
   EXPECT_EQ(device.Totals(), expected);
 }

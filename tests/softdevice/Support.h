@@ -59,8 +59,11 @@ inline const std::string kHead = kDate + kTime + kOperator + kHash + kCurrency;
 inline const std::string kContainer1 = "E1 0E D8 03 11 90 0C DA 03 01 90 0C DB 02 19 00 ";
 inline const std::string kBooking = kHead + kContainer1;
 
-inline const OpenOptions kCreate{
-    .create = true, .taxpayerId = "DE123456789", .runningNumber = 1, .busyTimeout = std::chrono::seconds(10)};
+inline const OpenOptions kCreate{.create = true,
+                                 .taxpayerId = "DE123456789",
+                                 .runningNumber = 1,
+                                 .activate = true,
+                                 .busyTimeout = std::chrono::seconds(10)};
 /// What the response to the first booking of that device begins with.
 inline const std::string kResponseHead = "C4 0B 44 45 31 32 33 34 35 36 37 38 39 C5 01 01 CB 01 01 ";
 
@@ -81,6 +84,13 @@ class DeviceTest : public testing::Test {
 
   [[nodiscard]] std::filesystem::path File() const { return folder_ / "till.zel"; }
   [[nodiscard]] Device Open() const { return Device::Open(File(), kCreate); }
+  /// A device that is not activated, with the transport PIN 271828.
+  [[nodiscard]] Device OpenInactive() const {
+    OpenOptions options = kCreate;
+    options.activate = false;
+    options.transportPin = "271828";
+    return Device::Open(File(), options);
+  }
 
   /// Runs SQL on the device file from outside.
   void RunSql(const std::string& sql) const {
@@ -93,6 +103,27 @@ class DeviceTest : public testing::Test {
 
   std::filesystem::path folder_;
 };
+
+/// Executes a request that has to be accepted, and returns the response.
+inline Bytes Accepted(Device& device, Command command, const std::string& request) {
+  const Answer answer = device.Execute(command, Hex(request));
+  EXPECT_TRUE(answer.accepted) << answer.reason;
+  EXPECT_EQ(answer.code, RefusalCode::None);
+  EXPECT_EQ(answer.reason, "");
+  return answer.response;
+}
+
+/// Whether `bytes` are `start` and a signature record of 64 bytes.
+inline void ExpectSigned(const Bytes& bytes, const std::string& start) {
+  const Bytes expected = Hex(start + "9E 40");
+  ASSERT_EQ(bytes.size(), expected.size() + 64);
+  EXPECT_EQ(Bytes(bytes.begin(), bytes.end() - 64), expected);
+}
+
+/// What `command` answers: only the refusal's code counts.
+inline RefusalCode CodeOf(Device& device, Command command, const std::string& request) {
+  return device.Execute(command, Hex(request)).code;
+}
 
 inline void ExpectRefused(const Answer& answer, RefusalCode code, const std::string& reason) {
   EXPECT_FALSE(answer.accepted);
