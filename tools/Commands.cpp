@@ -1,0 +1,245 @@
+#include "tools/Commands.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "tools/Console.h"
+#include "tools/Day.h"
+#include "tools/Document.h"
+#include "tools/Dump.h"
+#include "tools/ExitStatus.h"
+#include "tools/Files.h"
+#include "tools/Sale.h"
+#include "tools/Signer.h"
+#include "tools/Text.h"
+#include "tools/Verify.h"
+
+namespace zel {
+
+using VnZEL10cmn::clsZelTransAct;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Runs `body` and puts the file's name in front of what is wrong with its content.
+template <typename Body>
+auto About(const fs::path& file, Body&& body) {
+  try {
+    return body();
+  } catch (const Failure& failure) {
+    if (failure.Status() != ExitStatus::NotRight) throw;
+    throw Failure(failure.Status(),
+                  (file == kStandardInput ? "standard input" : Quoted(file)) + ": " + failure.what());
+  }
+}
+
+void MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) {
+    throw Failure(ExitStatus::Trouble, "the folder " + Quoted(folder) + " can't be made: " + error.message());
+  }
+}
+
+/// Even --force must not replace what the document is made from.
+void ExpectOtherFile(const fs::path& out, const fs::path& input) {
+  std::error_code ignored;
+  if (fs::equivalent(out, input, ignored)) {
+    throw Failure(ExitStatus::Usage, "the document would overwrite " + Quoted(input));
+  }
+}
+
+fs::path DocumentPath(const fs::path& sale) { return sale.stem().concat(".xml"); }
+
+void PrintReceipt(clsZelTransAct& booking) {
+  std::string receipt = UnixLines(booking.ToString());
+  if (booking.HasError()) throw Failure(ExitStatus::NotRight, Describe(booking.ErrorObject()));
+  if (!receipt.ends_with('\n')) receipt += '\n';
+  Print(receipt);
+}
+
+/// Writing to the log is nobody's task here: without a log the sale is signed all the same.
+void AttachLog(clsZelTransAct& booking, const fs::path& path) {
+  const auto log = std::make_shared<VnZEL10cmn::clsVnLogFile>();
+  if (!log->FileOpen(path.string())) {
+    Say("warning: the log file " + Quoted(path) + " can't be opened; going on without it");
+    return;
+  }
+  booking.LogHandler(log);
+}
+
+/// Signs a booking and writes its document. The booking is signed only when the document can be written as
+/// far as that can be known; should it fail nevertheless, the device still has everything.
+std::uint32_t SignToFile(clsZelTransAct& booking, const VnZEL10cmn::ByteArray& request, OutputFile& target,
+                         softdevice::Device& device, const fs::path& sale, const fs::path& devicePath) {
+  const std::uint32_t number = SignBooking(booking, request, device);
+  try {
+    target.Write(ExportDocument(booking));
+  } catch (const std::exception& failure) {
+    throw Failure(ExitStatus::Trouble,
+                  std::string(failure.what()) + "; the sale is signed as booking " + std::to_string(number) +
+                      " and kept by the device: write its document with 'zel sign " + OneLine(sale.string()) +
+                      " --device " + OneLine(devicePath.string()) + " --resume " + std::to_string(number) +
+                      "'");
+  }
+  return number;
+}
+
+std::string PublicKey(const VerifyOptions& options) {
+  if (!options.key) return OpenDevice(options.device).PublicKeyPem();
+  std::string pem = ReadFile(*options.key);
+  if (pem.find("-----BEGIN PUBLIC KEY-----") == std::string::npos) {
+    throw Failure(ExitStatus::NotRight, Quoted(*options.key) + " holds no public key (PEM)");
+  }
+  return pem;
+}
+
+void SayUncertified(const fs::path& device) {
+  Say("the device " + Quoted(device) +
+      " is a software device for development and tests, not a certified one");
+}
+
+/// The sales of a folder, in the order of their names.
+std::vector<fs::path> SalesOf(const fs::path& folder) {
+  std::vector<fs::path> sales;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    if (entry->path().extension() == ".json") sales.push_back(entry->path());
+  }
+  if (error) {
+    throw Failure(ExitStatus::Trouble, "the folder " + Quoted(folder) + " can't be read: " + error.message());
+  }
+  if (sales.empty()) {
+    throw Failure(ExitStatus::NotRight, "the folder " + Quoted(folder) + " holds no sale (*.json)");
+  }
+  std::sort(sales.begin(), sales.end());
+  return sales;
+}
+
+}  // namespace
+
+void RunSign(const SignOptions& options) {
+  if (options.sale == kStandardInput && !options.out) {
+    throw Failure(ExitStatus::Usage, "a sale from standard input has no name: name the document with --out");
+  }
+  const std::string json = ReadFile(options.sale);
+  clsZelTransAct booking;
+  if (options.log) AttachLog(booking, *options.log);
+  const Sale sale = About(options.sale, [&json] { return ReadSale(json); });
+  const auto request = About(options.sale, [&sale, &booking] {
+    FillBooking(sale, booking);
+    return BuildRequest(booking);
+  });
+
+  const fs::path out = options.out ? *options.out : DocumentPath(options.sale);
+  const fs::path devicePath = options.device ? *options.device : DefaultDevicePath();
+  ExpectOtherFile(out, options.sale);
+  ExpectOtherFile(out, devicePath);
+  OutputFile target(out, options.force, DocumentSizeBound(sale.items.size()));
+
+  if (options.resume) {
+    const softdevice::Device device = OpenDevice(devicePath);
+    ResumeBooking(sale, booking, *options.resume, device);
+    target.Write(ExportDocument(booking));
+    Say("booking " + std::to_string(*options.resume) + " was signed before; wrote " + Quoted(out));
+  } else {
+    if (!options.device) MakeFolder(devicePath.parent_path());
+    softdevice::Device device = OpenOrCreateDevice(devicePath);
+    const std::uint32_t number = SignToFile(booking, request, target, device, options.sale, devicePath);
+    Say("signed as booking " + std::to_string(number) + ", wrote " + Quoted(out));
+  }
+  SayUncertified(devicePath);
+  PrintReceipt(booking);
+}
+
+void RunReceipt(const fs::path& document) {
+  const std::string xml = ReadFile(document);
+  clsZelTransAct booking;
+  About(document, [&xml, &booking] { ImportDocument(xml, booking); });
+  PrintReceipt(booking);
+}
+
+void RunDump(const fs::path& file, bool json) {
+  const Dump dump = ReadDump(ReadFile(file));
+  Print(json ? DumpToJson(dump, file.string()) : DumpToText(dump));
+  if (!dump.faults.empty()) {
+    About(file, [&dump] { throw Failure(ExitStatus::NotRight, ToText(dump.faults.front())); });
+  }
+}
+
+void RunVerify(const VerifyOptions& options) {
+  const std::string xml = ReadFile(options.document);
+  const Verification verification = VerifyDocument(xml, PublicKey(options));
+  if (options.json) Print(VerificationToJson(verification, options.document.string()));
+  if (!verification.IsRight()) {
+    About(options.document, [&verification] {
+      throw Failure(ExitStatus::NotRight,
+                    std::string(CheckName(*verification.failed)) + ": " + verification.reason);
+    });
+  }
+  if (!options.json) {
+    Print(OneLine(options.document.string()) + ": all is right, booking " + verification.sequenceNumber +
+          " of taxpayer " + OneLine(verification.taxpayerId) + ", device " + verification.runningNumber +
+          "\n");
+  }
+}
+
+void RunKey(const std::optional<fs::path>& device) { Print(OpenDevice(device).PublicKeyPem()); }
+
+void RunDay(const DayOptions& options) {
+  const std::vector<fs::path> sales = SalesOf(options.sales);
+  // Nothing is signed before all sales are read.
+  for (const fs::path& sale : sales) {
+    const std::string json = ReadFile(sale);
+    About(sale, [&json] { ReadSale(json); });
+  }
+  MakeFolder(options.out);
+  const fs::path devicePath = options.device ? *options.device : options.out / "device.db";
+  softdevice::Device device = OpenOrCreateDevice(devicePath);
+  SayUncertified(devicePath);
+
+  std::vector<fs::path> documents;
+  {
+    Progress progress("signing", sales.size());
+    for (const fs::path& file : sales) {
+      clsZelTransAct booking;
+      const auto request = About(file, [&file, &booking] {
+        FillBooking(ReadSale(ReadFile(file)), booking);
+        return BuildRequest(booking);
+      });
+      documents.push_back(options.out / DocumentPath(file));
+      OutputFile target(documents.back(), options.force,
+                        DocumentSizeBound(static_cast<std::size_t>(booking.ItemCount())));
+      const std::uint32_t number = SignToFile(booking, request, target, device, file, devicePath);
+      progress.Step(documents.back().filename().string() + ", booking " + std::to_string(number));
+    }
+  }
+
+  DaySummary summary;
+  std::unique_ptr<clsZelTransAct> last;
+  {
+    Progress progress("verifying", documents.size());
+    for (const fs::path& document : documents) {
+      const std::string xml = ReadFile(document);
+      About(document, [&] {
+        const Verification verification = VerifyDocument(xml, device.PublicKeyPem());
+        if (!verification.IsRight()) {
+          throw Failure(ExitStatus::NotRight,
+                        std::string(CheckName(*verification.failed)) + ": " + verification.reason);
+        }
+        last = std::make_unique<clsZelTransAct>();
+        ImportDocument(xml, *last);
+        summary.Add(*last);
+      });
+      progress.Step(document.filename().string() + ", all is right");
+    }
+  }
+  Print("The last receipt, read back from " + OneLine(documents.back().string()) + ":\n\n");
+  PrintReceipt(*last);
+  Print("\n" + std::to_string(documents.size()) + " documents written to " + OneLine(options.out.string()) +
+        ", read back and verified\n\n" + summary.ToText());
+}
+
+}  // namespace zel

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tools/Dump.h"
+#include "tools/Text.h"
+
+namespace zel {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string_view FormName(Form form) {
+  switch (form) {
+    case Form::Binary: return "binary";
+    case Form::Hexadecimal: return "hexadecimal";
+    case Form::Base64: return "base64";
+    case Form::Xml: return "xml";
+  }
+  return {};
+}
+
+std::string_view KindTitle(RunKind kind) {
+  switch (kind) {
+    case RunKind::ItemList: return "Item list";
+    case RunKind::Request: return "Booking request";
+    case RunKind::Response: return "Booking response";
+    case RunKind::Any: return "Records";
+  }
+  return {};
+}
+
+std::string_view KindName(RunKind kind) {
+  switch (kind) {
+    case RunKind::ItemList: return "itemList";
+    case RunKind::Request: return "request";
+    case RunKind::Response: return "response";
+    case RunKind::Any: return "records";
+  }
+  return {};
+}
+
+std::string Padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
+std::string PaddedLeft(const std::string& text, std::size_t width) {
+  return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+/// One line per record: position, tag, name, length, value.
+void AppendLines(std::string& out, const std::vector<Node>& nodes, std::size_t depth) {
+  constexpr std::size_t kNameWidth = 20;
+  constexpr std::size_t kPositionWidth = 6;
+  constexpr std::size_t kLengthWidth = 3;
+  for (const Node& node : nodes) {
+    out.append(depth * 2, ' ');
+    if (!node.tag) {
+      out += node.name + "\n";
+    } else {
+      out += PaddedLeft(std::to_string(node.position), kPositionWidth) + "  " + Hex({&*node.tag, 1}) + "  " +
+             Padded(node.name, kNameWidth) + PaddedLeft(std::to_string(node.length), kLengthWidth);
+      const std::string value = OneLine(node.value);
+      if (!value.empty() || node.isText) out += "  " + (node.isText ? "\"" + value + "\"" : value);
+      out += "\n";
+    }
+    AppendLines(out, node.inner, depth + 1);
+  }
+}
+
+Json ToJson(const std::vector<Node>& nodes) {
+  Json list = Json::array();
+  for (const Node& node : nodes) {
+    Json entry = {{"name", node.name}, {"position", node.position}, {"length", node.length}};
+    if (node.tag) {
+      entry["tag"] = *node.tag;
+      entry["hex"] = node.hex;
+    }
+    if (!node.value.empty() || node.isText) entry["value"] = node.value;
+    if (!node.inner.empty()) entry["records"] = ToJson(node.inner);
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+Json ToJson(const Fault& fault) {
+  Json entry = Json::object();
+  if (!fault.part.empty()) entry["part"] = fault.part;
+  if (fault.position) {
+    entry["position"] = *fault.position;
+    entry["unit"] = fault.unit;
+  }
+  if (fault.number != 0) entry["number"] = fault.number;
+  entry["reason"] = fault.reason;
+  return entry;
+}
+
+}  // namespace
+
+std::string DumpToText(const Dump& dump) {
+  std::string out;
+  if (dump.form == Form::Xml) out += "Booking document (XML)\n";
+  const std::size_t depth = dump.form == Form::Xml ? 1 : 0;
+  for (const DumpPart& part : dump.parts) {
+    out.append(depth * 2, ' ');
+    out += std::string(KindTitle(part.run.kind)) + " (" + std::to_string(part.run.size) + " bytes";
+    if (dump.form != Form::Xml) out += ", " + std::string(FormName(dump.form));
+    if (!part.profile.empty()) out += ", profile \"" + OneLine(part.profile) + "\"";
+    out += ")\n";
+    AppendLines(out, part.run.nodes, depth + 1);
+    if (part.run.fault) out += std::string((depth + 1) * 2, ' ') + "! " + ToText(*part.run.fault) + "\n";
+  }
+  return out;
+}
+
+std::string DumpToJson(const Dump& dump, std::string_view file) {
+  Json root = {{"file", file}, {"form", FormName(dump.form)}};
+  Json& parts = root["parts"] = Json::array();
+  for (const DumpPart& part : dump.parts) {
+    Json entry = {{"kind", KindName(part.run.kind)}};
+    if (!part.element.empty()) entry["element"] = part.element;
+    if (!part.profile.empty()) entry["profile"] = part.profile;
+    entry["length"] = part.run.size;
+    entry["records"] = ToJson(part.run.nodes);
+    parts.push_back(std::move(entry));
+  }
+  Json& faults = root["faults"] = Json::array();
+  for (const Fault& fault : dump.faults)
+    faults.push_back(ToJson(fault));
+  return root.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace zel

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "VnZEL10cmn/VnZEL10cmn.h"
+#include "softdevice/Device.h"
+#include "tools/Sale.h"
+
+/// What the command line does with the software signing device.
+namespace zel {
+
+/// $XDG_DATA_HOME/zel/device.db, or ~/.local/share/zel/device.db. Throws `Failure` (Trouble) where there is
+/// neither folder.
+std::filesystem::path DefaultDevicePath();
+
+/// Opens a device, the default one where no path is given. Throws `Failure` (Trouble).
+softdevice::Device OpenDevice(const std::optional<std::filesystem::path>& path);
+
+/// Opens a device for signing. Where there is none, one is made and activated, which is said on standard
+/// error.
+softdevice::Device OpenOrCreateDevice(const std::filesystem::path& path);
+
+/// Bytes of the library as the device takes them, and back.
+std::span<const std::uint8_t> View(const VnZEL10cmn::ByteArray& bytes);
+
+/// Builds the booking's request. Throws `Failure` (NotRight) with the library's reason.
+VnZEL10cmn::ByteArray BuildRequest(VnZEL10cmn::clsZelTransAct& booking);
+
+/// The booking's XML document. Throws `Failure` (NotRight).
+std::string ExportDocument(VnZEL10cmn::clsZelTransAct& booking);
+
+/// At least as many bytes as the document of a sale with so many items takes.
+std::size_t DocumentSizeBound(std::size_t itemCount);
+
+/// Has the request signed, hands the response to the booking, and returns the sequence number. Throws
+/// `Failure`: NotRight when the device refuses the request, Trouble when it can't record it.
+std::uint32_t SignBooking(VnZEL10cmn::clsZelTransAct& booking, const VnZEL10cmn::ByteArray& request,
+                          softdevice::Device& device);
+
+/// Takes request and response of a number that the device gave before into the booking of the same sale.
+/// Throws `Failure` (NotRight) when the device signed something else under that number, or nothing.
+void ResumeBooking(const Sale& sale, VnZEL10cmn::clsZelTransAct& booking, std::uint32_t sequenceNumber,
+                   const softdevice::Device& device);
+
+}  // namespace zel
