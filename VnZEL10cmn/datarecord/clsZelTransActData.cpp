@@ -209,6 +209,13 @@ bool clsZelTransActData::DecodeRqst(const ByteArray& data) {
   Date day = transactionDate_;
   Date time;
   bool hasTime = false;
+  // Date and time may come in either order; a date alone says nothing.
+  const auto takeTime = [&] {
+    if (hasTime) {
+      dataSignType_ = ZELDataSignTypes::DataAndTime;
+      TransactionDate(internal::Combine(day, time));
+    }
+  };
   while (position <= data.UBound()) {
     switch (static_cast<ZelTags>(data[position])) {
       case ZelTags::Hash_Trans_Items:
@@ -220,19 +227,17 @@ bool clsZelTransActData::DecodeRqst(const ByteArray& data) {
         if (!coder_.GetZelDates(data, position, ZelTags::tDate, day)) {
           return fail(internal::kTimeNotRead, "GetZelDates");
         }
+        takeTime();
         break;
       case ZelTags::tTime:
         if (!coder_.GetZelTimes(data, position, ZelTags::tTime, time)) {
           return fail(internal::kTimeNotRead, "GetZelTimes");
         }
         hasTime = true;
+        takeTime();
         break;
       default: return Fail(internal::UnexpectedTag(data[position]), function);
     }
-  }
-  if (hasTime) {
-    dataSignType_ = ZELDataSignTypes::DataAndTime;
-    TransactionDate(internal::Combine(day, time));
   }
   return helper_.ToBase64String(data, rqstData_) ||
          Fail(kFailed, internal::kRequestNotStored, Via(function, "ToBase64String"));
