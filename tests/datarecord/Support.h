@@ -53,8 +53,8 @@ inline void FillAbc(clsZelTransActData& record) {
 }
 
 /// What `BinaryDataGet` writes, in hexadecimal; a failure fails the test.
-inline std::string BytesOf(clsZelTransActData& record, ZELSerialType type, const char* file = __builtin_FILE(),
-                           int line = __builtin_LINE()) {
+inline std::string BytesOf(clsZelTransActData& record, ZELSerialType type,
+                           const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const testing::ScopedTrace trace(file, line, "bytes of a record");
   ByteArray data = ByteArray::WithBounds(0, 999);
   std::int32_t length = -1;

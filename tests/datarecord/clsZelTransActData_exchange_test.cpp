@@ -47,9 +47,12 @@ TEST(DataRecordBinaryDataGet, TypesThatAreNotSupported) {
   clsZelTransActData record;
   FillAbc(record);
   record.LogHandler(log.Handler());
-  for (const auto& [type, text] :
-       {std::pair{ZELSerialType::ObjectData, "0"}, {ZELSerialType::ItemList, "1"}, {ZELSerialType::ItemHash, "4"},
-        {ZELSerialType{5}, "5"}, {ZELSerialType{7}, "7"}, {ZELSerialType{-1}, "-1"}}) {
+  for (const auto& [type, text] : {std::pair{ZELSerialType::ObjectData, "0"},
+                                   {ZELSerialType::ItemList, "1"},
+                                   {ZELSerialType::ItemHash, "4"},
+                                   {ZELSerialType{5}, "5"},
+                                   {ZELSerialType{7}, "7"},
+                                   {ZELSerialType{-1}, "-1"}}) {
     ExpectWriteFailure(record, type, ZELErrorCodes::Err_Ser_SerTypeNotSprt, "BinaryDataGet",
                        getHeader + NotSupported(text));
   }
@@ -60,9 +63,12 @@ TEST(DataRecordBinaryDataSet, TypesThatAreNotSupported) {
   test::TestLog log;
   clsZelTransActData record;
   record.LogHandler(log.Handler());
-  for (const auto& [type, text] :
-       {std::pair{ZELSerialType::ObjectData, "0"}, {ZELSerialType::ItemList, "1"}, {ZELSerialType::ItemHash, "4"},
-        {ZELSerialType{5}, "5"}, {ZELSerialType{7}, "7"}, {ZELSerialType{-1}, "-1"}}) {
+  for (const auto& [type, text] : {std::pair{ZELSerialType::ObjectData, "0"},
+                                   {ZELSerialType::ItemList, "1"},
+                                   {ZELSerialType::ItemHash, "4"},
+                                   {ZELSerialType{5}, "5"},
+                                   {ZELSerialType{7}, "7"},
+                                   {ZELSerialType{-1}, "-1"}}) {
     ExpectReadFailure(record, type, "01 02", ZELErrorCodes::Err_Ser_SerTypeNotSprt, "BinaryDataSet",
                       setHeader + NotSupported(text));
   }
@@ -77,7 +83,8 @@ TEST(DataRecordBinaryDataSet, StartOutsideTheArray) {
   clsZelTransActData record;
   record.LogHandler(log.Handler());
   const std::string text = setHeader + "Der Startindex ist außerhalb des gültigen Bereiches.\r\n";
-  for (const ZELSerialType type : {ZELSerialType::BinaryData, ZELSerialType::Request, ZELSerialType::Response}) {
+  for (const ZELSerialType type :
+       {ZELSerialType::BinaryData, ZELSerialType::Request, ZELSerialType::Response}) {
     EXPECT_FALSE(record.BinaryDataSet(type, FromHex("01 02 03"), -1));
     test::ExpectError(record.ErrorObject(), ZELErrorCodes::Err_Hlp_CnvRange, true, "BinaryDataSet",
                       text + "    Start ...........: -1\r\n    Min. Startpos. ..: 0");
@@ -100,18 +107,21 @@ TEST(DataRecordBinaryDataSet, LengthBeyondTheArray) {
   const ByteArray data = FromHex("61 62 63");
   EXPECT_FALSE(record.BinaryDataSet(ZELSerialType::BinaryData, data, 1, 3));
   test::ExpectError(record.ErrorObject(), ZELErrorCodes::Err_Zel_CnvDataSize, true, "BinaryDataSet",
-                    setHeader + "Der Datenpuffer ist zu klein.\r\n"
-                                "    Start ..........: 1\r\n"
-                                "    Länge ..........: 3\r\n"
-                                "    Leseende .......: 3\r\n"
-                                "    Obergrenze .....: 2");
-  EXPECT_FALSE(record.BinaryDataSet(ZELSerialType::BinaryData, data, 2, std::numeric_limits<std::int32_t>::max()));
+                    setHeader +
+                        "Der Datenpuffer ist zu klein.\r\n"
+                        "    Start ..........: 1\r\n"
+                        "    Länge ..........: 3\r\n"
+                        "    Leseende .......: 3\r\n"
+                        "    Obergrenze .....: 2");
+  EXPECT_FALSE(
+      record.BinaryDataSet(ZELSerialType::BinaryData, data, 2, std::numeric_limits<std::int32_t>::max()));
   test::ExpectError(record.ErrorObject(), ZELErrorCodes::Err_Zel_CnvDataSize, true, "BinaryDataSet",
-                    setHeader + "Der Datenpuffer ist zu klein.\r\n"
-                                "    Start ..........: 2\r\n"
-                                "    Länge ..........: 2147483647\r\n"
-                                "    Leseende .......: 2147483648\r\n"
-                                "    Obergrenze .....: 2");
+                    setHeader +
+                        "Der Datenpuffer ist zu klein.\r\n"
+                        "    Start ..........: 2\r\n"
+                        "    Länge ..........: 2147483647\r\n"
+                        "    Leseende .......: 2147483648\r\n"
+                        "    Obergrenze .....: 2");
   EXPECT_EQ(record.DataToSign(), "");
   EXPECT_TRUE(record.BinaryDataSet(ZELSerialType::BinaryData, data, 1, 2));
   EXPECT_EQ(record.DataToSign(), "YmM=");
@@ -135,9 +145,10 @@ TEST(DataRecordBinaryDataGet, CopiesToStart) {
   clsZelTransActData record;
   FillAbc(record);
   ASSERT_TRUE(HandIn(record, ZELSerialType::Response, test::kSequence));
-  for (const auto& [type, bytes] :
-       {std::pair{ZELSerialType::BinaryData, std::string(test::kAbc)}, {ZELSerialType::Request, HashRecord()},
-        {ZELSerialType::ItemHash2, HashRecord()}, {ZELSerialType::Response, std::string(test::kSequence)}}) {
+  for (const auto& [type, bytes] : {std::pair{ZELSerialType::BinaryData, std::string(test::kAbc)},
+                                    {ZELSerialType::Request, HashRecord()},
+                                    {ZELSerialType::ItemHash2, HashRecord()},
+                                    {ZELSerialType::Response, std::string(test::kSequence)}}) {
     const auto size = static_cast<std::int32_t>((bytes.size() + 1) / 3);
     ByteArray data = ByteArray::WithBounds(5, 5 + size + 2);
     std::int32_t length = -1;
@@ -158,13 +169,14 @@ TEST(DataRecordBinaryDataGet, ThatDoesNotFit) {
   FillAbc(record);
   ASSERT_TRUE(HandIn(record, ZELSerialType::Response, test::kSequence));
   record.LogHandler(log.Handler());
-  const auto expectFailure = [&record](ZELSerialType type, ByteArray data, std::int32_t start, std::string_view length,
-                                       std::string_view end, std::string_view upper) {
+  const auto expectFailure = [&record](ZELSerialType type, ByteArray data, std::int32_t start,
+                                       std::string_view length, std::string_view end,
+                                       std::string_view upper) {
     const ByteArray before = data;
     EXPECT_FALSE(record.BinaryDataGet(type, data, start));
     test::ExpectError(record.ErrorObject(), ZELErrorCodes::Err_Zel_CnvDataSize, true, "BinaryDataGet",
-                      getHeader + "Der Datenpuffer ist zu klein.\r\n    Start ..........: " + std::to_string(start) +
-                          "\r\n    Länge ..........: " + std::string(length) +
+                      getHeader + "Der Datenpuffer ist zu klein.\r\n    Start ..........: " +
+                          std::to_string(start) + "\r\n    Länge ..........: " + std::string(length) +
                           "\r\n    Leseende .......: " + std::string(end) +
                           "\r\n    Obergrenze .....: " + std::string(upper));
     EXPECT_EQ(data, before);
@@ -172,8 +184,8 @@ TEST(DataRecordBinaryDataGet, ThatDoesNotFit) {
   expectFailure(ZELSerialType::BinaryData, ByteArray::WithBounds(0, 1), 0, "3", "2", "1");
   expectFailure(ZELSerialType::BinaryData, ByteArray::WithBounds(0, 3), 2, "3", "4", "3");
   expectFailure(ZELSerialType::BinaryData, ByteArray{}, 0, "3", "2", "-1");
-  expectFailure(ZELSerialType::BinaryData, ByteArray{}, std::numeric_limits<std::int32_t>::max(), "3", "2147483649",
-                "-1");
+  expectFailure(ZELSerialType::BinaryData, ByteArray{}, std::numeric_limits<std::int32_t>::max(), "3",
+                "2147483649", "-1");
   expectFailure(ZELSerialType::Request, ByteArray::WithBounds(0, 32), 0, "34", "33", "32");
   expectFailure(ZELSerialType::Response, ByteArray::WithBounds(0, 2), 0, "4", "3", "2");
   EXPECT_EQ(log.Numbers(), std::vector<std::string>(6, "9204"));
@@ -285,16 +297,20 @@ TEST(DataRecordRequestFailure, NoData) {
   for (const ZELDataSignTypes type :
        {ZELDataSignTypes::DataOnly, ZELDataSignTypes::DataAndTpID, ZELDataSignTypes::DataAndTime}) {
     record.DataSignType(type);
-    ExpectWriteFailure(record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed, "EncodeRqst.[GetZelOperator]",
-                       rqstHeader + "Der Hashkode über die Buchungspositionen konnte nicht\r\n"
-                                    "aus dem Base64- in das Binärformat überführt werden!\r\n"
-                                    "    Hash-Typ ........: SHA256");
+    ExpectWriteFailure(record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed,
+                       "EncodeRqst.[GetZelOperator]",
+                       rqstHeader +
+                           "Der Hashkode über die Buchungspositionen konnte nicht\r\n"
+                           "aus dem Base64- in das Binärformat überführt werden!\r\n"
+                           "    Hash-Typ ........: SHA256");
   }
   record.UseSHA256(false);
-  ExpectWriteFailure(record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed, "EncodeRqst.[GetZelOperator]",
-                     rqstHeader + "Der Hashkode über die Buchungspositionen konnte nicht\r\n"
-                                  "aus dem Base64- in das Binärformat überführt werden!\r\n"
-                                  "    Hash-Typ ........: SHA1");
+  ExpectWriteFailure(record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed,
+                     "EncodeRqst.[GetZelOperator]",
+                     rqstHeader +
+                         "Der Hashkode über die Buchungspositionen konnte nicht\r\n"
+                         "aus dem Base64- in das Binärformat überführt werden!\r\n"
+                         "    Hash-Typ ........: SHA1");
   EXPECT_EQ(record.ZelRqstData(), "");
   const std::vector<std::string> sources = test::LogSources(log);
   EXPECT_EQ(std::count(sources.begin(), sources.end(), "clsZelTransActData"), 4);
@@ -308,8 +324,9 @@ TEST(DataRecordRequestFailure, DateThatIsNone) {
   record.TransactionDate(Date(std::numeric_limits<double>::quiet_NaN()));
   EXPECT_EQ(BytesOf(record, ZELSerialType::Request), HashRecord());
   record.DataSignType(ZELDataSignTypes::DataAndTime);
-  ExpectWriteFailure(record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed, "EncodeRqst.[SetZelDates]",
-                     rqstHeader + "Das Buchungsdatum konnte nicht geschrieben werden!\r\n    Position ........: 0");
+  ExpectWriteFailure(
+      record, ZELSerialType::Request, ZELErrorCodes::Err_Ser_Failed, "EncodeRqst.[SetZelDates]",
+      rqstHeader + "Das Buchungsdatum konnte nicht geschrieben werden!\r\n    Position ........: 0");
 }
 
 // Requests that are read
@@ -327,8 +344,9 @@ TEST(DataRecordReadRequest, HashAlone) {
 
 TEST(DataRecordReadRequest, ATimeMakesItOneWithTimeStamp) {
   const std::string hash = HashRecord();
-  for (const std::string& request : {Join(kDay, kMinute, hash), Join(kDay, hash, kMinute), Join(kMinute, kDay, hash),
-                                     Join(kMinute, hash, kDay), Join(hash, kDay, kMinute), Join(hash, kMinute, kDay)}) {
+  for (const std::string& request :
+       {Join(kDay, kMinute, hash), Join(kDay, hash, kMinute), Join(kMinute, kDay, hash),
+        Join(kMinute, hash, kDay), Join(hash, kDay, kMinute), Join(hash, kMinute, kDay)}) {
     clsZelTransActData record;
     EXPECT_TRUE(HandIn(record, ZELSerialType::Request, request)) << record.ErrorObject().ErrorMsg();
     EXPECT_EQ(record.DataHash(), test::kAbcSha256Base64) << request;
@@ -348,10 +366,12 @@ std::string Position(std::string_view text, std::string_view position) {
 }
 
 TEST(DataRecordReadRequestFailure, Hash) {
-  for (const std::string_view hex : {"C7 02 01 02", "C7 14 00", "C7 00",
-                                     "C7 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
+  for (const std::string_view hex :
+       {"C7 02 01 02", "C7 14 00", "C7 00",
+        "C7 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
     clsZelTransActData record;
-    ExpectReadFailure(record, ZELSerialType::Request, hex, ZELErrorCodes::Err_Ser_Failed, "DecodeRqst.[GetZelDates]",
+    ExpectReadFailure(record, ZELSerialType::Request, hex, ZELErrorCodes::Err_Ser_Failed,
+                      "DecodeRqst.[GetZelDates]",
                       Position("Der Hashwert der Daten konnte nicht gelesen werden!", "0"));
     EXPECT_EQ(record.DataHash(), "");
     EXPECT_EQ(record.ZelRqstData(), "");
@@ -363,12 +383,14 @@ TEST(DataRecordReadRequestFailure, DateAndTime) {
   clsZelTransActData record;
   record.LogHandler(log.Handler());
   for (const std::string_view hex : {"CD 04 20 24 13 15", "CD 04 20", "CD 00"}) {
-    ExpectReadFailure(record, ZELSerialType::Request, hex, ZELErrorCodes::Err_Ser_Failed, "DecodeRqst.[GetZelDates]",
+    ExpectReadFailure(record, ZELSerialType::Request, hex, ZELErrorCodes::Err_Ser_Failed,
+                      "DecodeRqst.[GetZelDates]",
                       Position("Die Buchungszeit konnte nicht gelesen werden!", "0"));
   }
   for (const std::string_view hex : {"CE 02 24 00", "CE 03 14 37 00", "CE 02 14", "CE 00"}) {
     ExpectReadFailure(record, ZELSerialType::Request, Join(kDay, hex), ZELErrorCodes::Err_Ser_Failed,
-                      "DecodeRqst.[GetZelTimes]", Position("Die Buchungszeit konnte nicht gelesen werden!", "6"));
+                      "DecodeRqst.[GetZelTimes]",
+                      Position("Die Buchungszeit konnte nicht gelesen werden!", "6"));
   }
   EXPECT_EQ(record.DataSignType(), ZELDataSignTypes::DataOnly);
   EXPECT_EQ(log.Functions().back(), "DecodeRqst.[GetZelTimes]");
@@ -395,7 +417,8 @@ TEST(DataRecordReadRequestFailure, OtherRecords) {
                       "Unerwartetes TAG\r\n"
                       "Das gefundenen TAG (s.u.) darf in\r\n"
                       "ZEL-Umsatz-Containern nicht vorkommen!\r\n"
-                      "    Tag gefunden ....: " + ToHex(request).substr(102, 2));
+                      "    Tag gefunden ....: " +
+                          ToHex(request).substr(102, 2));
     // What stands before is read, but the request as a whole is not kept.
     EXPECT_EQ(record.DataHash(), test::kAbcSha256Base64);
     EXPECT_EQ(record.ZelRqstData(), "");
@@ -510,8 +533,9 @@ TEST(DataRecordResponseFailure, EachRecord) {
            {"C5 00", "Die laufende ZEL-Nr konnte nicht gelesen werden!", "GetZelTpIDNr"},
            {"C5 05 00 00 00 00 01", "Die laufende ZEL-Nr konnte nicht gelesen werden!", "GetZelTpIDNr"},
            {"9E 02 01 02", "Die Signatur der Buchung konnte nicht gelesen werden!", "GetZelSignature2"}}) {
-    for (const auto& [before, position] :
-         {std::pair{std::string(), "0"}, {Join(test::kSequence), "4"}, {Join(test::kSequence, test::kDevice), "7"}}) {
+    for (const auto& [before, position] : {std::pair{std::string(), "0"},
+                                           {Join(test::kSequence), "4"},
+                                           {Join(test::kSequence, test::kDevice), "7"}}) {
       test::TestLog log;
       clsZelTransActData record;
       record.LogHandler(log.Handler());
@@ -528,12 +552,18 @@ TEST(DataRecordResponseFailure, EachRecord) {
 
 TEST(DataRecordResponseFailure, RecordsThatHaveNoPlaceInAResponse) {
   clsZelTransActData record;
-  for (const auto& [hex, decimal] :
-       {std::pair{"C6", "198"}, {"00", "0"}, {"C7", "199"}, {"CC", "204"}, {"E1", "225"}, {"0A", "10"}, {"FF", "255"}}) {
-    ExpectReadFailure(record, ZELSerialType::Response, "CB 01 07 " + std::string(hex) + " 00",
-                      ZELErrorCodes::Err_Ser_Failed, "DecodeResp.[GetZelSignature2]",
-                      Position("Unerwartetes ZEL-Tag!\r\n    Tag .............: 0x" + std::string(hex) + " // " + decimal,
-                               "3"));
+  for (const auto& [hex, decimal] : {std::pair{"C6", "198"},
+                                     {"00", "0"},
+                                     {"C7", "199"},
+                                     {"CC", "204"},
+                                     {"E1", "225"},
+                                     {"0A", "10"},
+                                     {"FF", "255"}}) {
+    ExpectReadFailure(
+        record, ZELSerialType::Response, "CB 01 07 " + std::string(hex) + " 00",
+        ZELErrorCodes::Err_Ser_Failed, "DecodeResp.[GetZelSignature2]",
+        Position("Unerwartetes ZEL-Tag!\r\n    Tag .............: 0x" + std::string(hex) + " // " + decimal,
+                 "3"));
     EXPECT_EQ(record.ZelRespSeqNr(), Currency(7));
     EXPECT_EQ(record.ZelRespData(), "");
   }

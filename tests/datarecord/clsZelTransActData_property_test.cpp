@@ -18,7 +18,9 @@ namespace {
 using test::FromHex;
 using test::Join;
 
-ByteArray Bytes(const std::vector<std::uint8_t>& bytes) { return ByteArray{std::span<const std::uint8_t>(bytes)}; }
+ByteArray Bytes(const std::vector<std::uint8_t>& bytes) {
+  return ByteArray{std::span<const std::uint8_t>(bytes)};
+}
 
 std::vector<std::uint8_t> Vector(std::string_view hex) {
   const ByteArray bytes = FromHex(hex);
@@ -34,7 +36,8 @@ TEST(DataRecordProperty, DataComesOutAgain) {
     record.UseSHA256(*rc::gen::arbitrary<bool>());
     RC_ASSERT(record.BinaryDataSet(ZELSerialType::BinaryData, data, 0));
     RC_ASSERT(record.DataToSign() == test::Base64(data));
-    RC_ASSERT(record.DataHash() == test::Base64(record.UseSHA256() ? test::ItemSha256(data) : test::ItemSha1(data)));
+    RC_ASSERT(record.DataHash() ==
+              test::Base64(record.UseSHA256() ? test::ItemSha256(data) : test::ItemSha1(data)));
     RC_ASSERT(record.GetDataHash(ZELHashFmt::Base16) == record.GetDataHash(ZELHashFmt::Base16, true));
     ByteArray read = ByteArray::WithBounds(0, data.UBound());
     RC_ASSERT(record.BinaryDataGet(ZELSerialType::BinaryData, read, 0));
@@ -47,14 +50,16 @@ TEST(DataRecordProperty, RequestsAndDocumentsAreReadBack) {
     clsZelTransActData record;
     record.UseSHA256(*rc::gen::arbitrary<bool>());
     record.DataSignType(ZELDataSignTypes{*rc::gen::inRange(1, 4)});
-    const Date date = Date::FromCivil(*rc::gen::inRange(2001, 2099), *rc::gen::inRange(1, 13),
-                                      *rc::gen::inRange(1, 29), *rc::gen::inRange(0, 24), *rc::gen::inRange(0, 60));
+    const Date date =
+        Date::FromCivil(*rc::gen::inRange(2001, 2099), *rc::gen::inRange(1, 13), *rc::gen::inRange(1, 29),
+                        *rc::gen::inRange(0, 24), *rc::gen::inRange(0, 60));
     record.TransactionDate(date);
     RC_ASSERT(record.BinaryDataSet(ZELSerialType::BinaryData, SomeData(), 0));
     ByteArray request = ByteArray::WithBounds(0, 99);
     std::int32_t length = 0;
     RC_ASSERT(record.BinaryDataGet(ZELSerialType::Request, request, 0, &length));
-    RC_ASSERT(record.BinaryDataSet(ZELSerialType::Response, FromHex(Join(test::kSequence, test::kSigned)), 0));
+    RC_ASSERT(
+        record.BinaryDataSet(ZELSerialType::Response, FromHex(Join(test::kSequence, test::kSigned)), 0));
 
     const bool timed = record.DataSignType() == ZELDataSignTypes::DataAndTime;
     const auto assertSame = [&record, timed, date](const clsZelTransActData& read) {
@@ -103,12 +108,14 @@ TEST(DataRecordProperty, AnyBytesEndInABoolean) {
     clsZelTransActData record;
     const auto start = *rc::gen::inRange<std::int32_t>(-1, static_cast<std::int32_t>(bytes.size()) + 2);
     const auto length = *rc::gen::inRange<std::int32_t>(-1, static_cast<std::int32_t>(bytes.size()) + 2);
-    const bool done = record.BinaryDataSet(type, Bytes(bytes), start, *rc::gen::arbitrary<bool>() ? length : 0);
+    const bool done =
+        record.BinaryDataSet(type, Bytes(bytes), start, *rc::gen::arbitrary<bool>() ? length : 0);
     RC_ASSERT(done == !record.HasError());
     // The record can be used afterwards.
     RC_ASSERT(!record.ToString().empty());
     ByteArray data = ByteArray::WithBounds(0, *rc::gen::inRange(0, 100));
-    const bool written = record.BinaryDataGet(ZELSerialType{*rc::gen::inRange(0, 8)}, data, *rc::gen::inRange(-2, 50));
+    const bool written =
+        record.BinaryDataGet(ZELSerialType{*rc::gen::inRange(0, 8)}, data, *rc::gen::inRange(-2, 50));
     RC_ASSERT(written == !record.HasError());
     RC_ASSERT(record.Clear());
   }));

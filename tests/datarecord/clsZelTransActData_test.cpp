@@ -142,8 +142,10 @@ TEST(DataRecordHash, Formats) {
   clsZelTransActData record;
   FillAbc(record);
   for (const bool fromMem : {false, true}) {
-    EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base64, fromMem), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
-    EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base32H, fromMem), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
+    EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base64, fromMem),
+              "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
+    EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base32H, fromMem),
+              "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
     EXPECT_EQ(record.GetDataHash(ZELHashFmt{9}, fromMem), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
     EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base32, fromMem),
               "XJ4BNP4PAHH6UQKBIDPF3LRCEOYAGYNDSYLXVHFUCD7WD4QACWWQ====");
@@ -158,7 +160,8 @@ TEST(DataRecordHash, Groups) {
   FillAbc(record);
   EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base32, false, 5),
             "XJ4BN-P4PAH-H6UQK-BIDPF-3LRCE-OYAGY-NDSYL-XVHFU-CD7WD-4QACW-WQ===-=");
-  EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base64, true, 5), "ungWv-48Bz+-pBQUD-eXa4i-I7ADY-aOWF3-qctBD-/YfIA-Fa0=");
+  EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base64, true, 5),
+            "ungWv-48Bz+-pBQUD-eXa4i-I7ADY-aOWF3-qctBD-/YfIA-Fa0=");
   EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base64, true, -1), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");
   // Grouped hexadecimal text leaves out its last group.
   EXPECT_EQ(record.GetDataHash(ZELHashFmt::Base16, false, 8),
@@ -167,7 +170,8 @@ TEST(DataRecordHash, Groups) {
 
 TEST(DataRecordHash, WithoutDataIsEmpty) {
   clsZelTransActData record;
-  for (const ZELHashFmt format : {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
+  for (const ZELHashFmt format :
+       {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
     EXPECT_EQ(record.GetDataHash(format), "");
     EXPECT_EQ(record.GetDataHash(format, true, 5), "");
     test::ExpectNoError(record);

@@ -93,8 +93,11 @@ void ExpectNotEnough(clsZelTransActData& record, std::string_view request, std::
   test::ExpectError(record.ErrorObject(), ZELErrorCodes::Err_Ser_Failed, true, "EncodeXML",
                     "Der XML-Buchungssatz konnte nicht erstellt werden:\r\n"
                     "Es liegen nicht genug Daten vor!\r\n"
-                    "    ZEL-Anfrage .....: " + std::string(request) + " Zeichen\r\n"
-                    "    ZEL-Antwort .....: " + std::string(response) + " Zeichen",
+                    "    ZEL-Anfrage .....: " +
+                        std::string(request) +
+                        " Zeichen\r\n"
+                        "    ZEL-Antwort .....: " +
+                        std::string(response) + " Zeichen",
                     file, line);
   EXPECT_EQ(document, "old content");
 }
@@ -136,7 +139,8 @@ TEST(DataRecordImport, OfARecordWithTimeStamp) {
   clsZelTransActData record;
   record.DataSignType(ZELDataSignTypes::DataAndTime);
   Sign(record);
-  ASSERT_TRUE(HandIn(record, ZELSerialType::Response, test::Join(test::kTaxpayer, test::kDevice, test::kSigned)));
+  ASSERT_TRUE(
+      HandIn(record, ZELSerialType::Response, test::Join(test::kTaxpayer, test::kDevice, test::kSigned)));
   std::string document = Export(record, 4);
   clsZelTransActData imported;
   EXPECT_TRUE(imported.XmlHandler(document, false)) << imported.ErrorObject().ErrorMsg();
@@ -149,9 +153,10 @@ TEST(DataRecordImport, OfARecordWithTimeStamp) {
 
 TEST(DataRecordImport, OfABookingsDocumentWithBlanksAndCase) {
   clsZelTransActData record;
-  std::string document = "<a>\n<TRANSACTIONENCODED>\n <itemListEncoded>AA</itemListEncoded><TransactionResponse>\t" +
-                         responseText + "\r\n</transactionresponse>" + RequestElement(" " + requestText + "\n") +
-                         "</transactionEncoded></a>";
+  std::string document =
+      "<a>\n<TRANSACTIONENCODED>\n <itemListEncoded>AA</itemListEncoded><TransactionResponse>\t" +
+      responseText + "\r\n</transactionresponse>" + RequestElement(" " + requestText + "\n") +
+      "</transactionEncoded></a>";
   EXPECT_TRUE(record.XmlHandler(document, false)) << record.ErrorObject().ErrorMsg();
   EXPECT_EQ(record.DataHash(), test::kAbcSha256Base64);
   EXPECT_EQ(record.ZelRespSeqNr(), Currency(300));
@@ -159,8 +164,8 @@ TEST(DataRecordImport, OfABookingsDocumentWithBlanksAndCase) {
 
 /// A document that the record refuses; the document itself stays as it is.
 void ExpectImportFailure(clsZelTransActData& record, const std::string& document, ZELErrorCodes number,
-                         std::string_view function, std::string_view message, const char* file = __builtin_FILE(),
-                         int line = __builtin_LINE()) {
+                         std::string_view function, std::string_view message,
+                         const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const testing::ScopedTrace trace(file, line, "expected failure of the import");
   std::string data = document;
   EXPECT_FALSE(record.XmlHandler(data, false)) << document;
@@ -176,7 +181,8 @@ std::vector<std::string> Damaged(const std::string& name, const std::string& con
 
 TEST(DataRecordImportFailure, NoTransaction) {
   clsZelTransActData record;
-  for (const std::string document : {"", " ", "text", "<reportEncoded>x</reportEncoded>", "<transactionEncoded"}) {
+  for (const std::string document :
+       {"", " ", "text", "<reportEncoded>x</reportEncoded>", "<transactionEncoded"}) {
     ExpectImportFailure(record, document, ZELErrorCodes::Err_Ser_Failed, "DecodeXML",
                         "Es konnte kein Transaktionsdatensatz gefunden werden");
   }
@@ -198,8 +204,9 @@ TEST(DataRecordImportFailure, TransactionIncompleteOrOutOfOrder) {
 TEST(DataRecordImportFailure, NoRequest) {
   clsZelTransActData record;
   for (const std::string request : {"", "<transactionRequest> </transactionRequest>"}) {
-    ExpectImportFailure(record, Document(" " + request + ResponseElement()), ZELErrorCodes::Err_Ser_DataMissing,
-                        "DecodeXML", "Es konnten keine Anfragedaten gefunden werden!");
+    ExpectImportFailure(record, Document(" " + request + ResponseElement()),
+                        ZELErrorCodes::Err_Ser_DataMissing, "DecodeXML",
+                        "Es konnten keine Anfragedaten gefunden werden!");
   }
   EXPECT_EQ(record.ZelRespData(), "");
 }
@@ -217,8 +224,9 @@ TEST(DataRecordImportFailure, RequestIsNoBase64) {
   clsZelTransActData record;
   record.LogHandler(log.Handler());
   for (const std::string_view text : {"AAA", "AA?A", "AAAA AAAA"}) {
-    ExpectImportFailure(record, Document(RequestElement(text) + ResponseElement()), ZELErrorCodes::Err_Ser_Failed,
-                        "DecodeXML.[FromBase64String]", "Base64-Konvertierung der Anfragedaten fehlgeschlagen!");
+    ExpectImportFailure(record, Document(RequestElement(text) + ResponseElement()),
+                        ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[FromBase64String]",
+                        "Base64-Konvertierung der Anfragedaten fehlgeschlagen!");
   }
   EXPECT_EQ(test::LogSources(log)[0], "clsHelper01");
   EXPECT_EQ(test::LogSources(log)[1], "clsZelTransActData");
@@ -255,8 +263,9 @@ TEST(DataRecordImportFailure, ResponseIncompleteOrOutOfOrder) {
 TEST(DataRecordImportFailure, ResponseIsNoBase64) {
   clsZelTransActData record;
   for (const std::string_view text : {"AAAAA", "AA?A"}) {
-    ExpectImportFailure(record, Document(RequestElement() + ResponseElement(text)), ZELErrorCodes::Err_Ser_Failed,
-                        "DecodeXML.[FromBase64String]", "Base64-Konvertierung der Antwortdaten fehlgeschlagen!");
+    ExpectImportFailure(record, Document(RequestElement() + ResponseElement(text)),
+                        ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[FromBase64String]",
+                        "Base64-Konvertierung der Antwortdaten fehlgeschlagen!");
   }
 }
 

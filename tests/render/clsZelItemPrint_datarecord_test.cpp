@@ -71,7 +71,8 @@ const Lines stamp{"        Zeitstempel ........: 31.12.2026 08:05"};
 const Lines noNumber{"        Sequenznummer ......: 0"};
 const Lines number{"        Sequenznummer ......: 1234"};
 // SHA-256 of "abc".
-const Lines hash{"        Hashkode Daten .....: XJ4BN-P4PAH-H6UQK-BIDPF-3LRCE-OYAGY-NDSYL-XVHFU-CD7WD-4QACW-WQ===-="};
+const Lines hash{
+    "        Hashkode Daten .....: XJ4BN-P4PAH-H6UQK-BIDPF-3LRCE-OYAGY-NDSYL-XVHFU-CD7WD-4QACW-WQ===-="};
 
 // "abc", on New Year's Eve.
 class Record {
@@ -83,7 +84,8 @@ class Record {
   }
 
   void Respond(std::string_view hex) {
-    EXPECT_TRUE(data.BinaryDataSet(ZELSerialType::Response, test::FromHex(hex), 0)) << data.ErrorObject().ErrorMsg();
+    EXPECT_TRUE(data.BinaryDataSet(ZELSerialType::Response, test::FromHex(hex), 0))
+        << data.ErrorObject().ErrorMsg();
   }
 
   clsZelTransActData data;
@@ -111,7 +113,8 @@ TEST(clsZelItemPrintDataRecord, DataAndTpID) {
 
 TEST(clsZelItemPrintDataRecord, DataAndTime) {
   Record record(ZELDataSignTypes::DataAndTime);
-  EXPECT_EQ(FixedLines(record.data.ToString()), title + dated + box + withTime + noIds + stamp + noNumber + hash);
+  EXPECT_EQ(FixedLines(record.data.ToString()),
+            title + dated + box + withTime + noIds + stamp + noNumber + hash);
   record.Respond(response);
   EXPECT_EQ(FixedLines(record.data.ToString()), title + dated + withTime + ids + stamp + number + hash);
   test::ExpectNoError(record.data);

@@ -19,7 +19,8 @@ using VnZEL10cmn::ZelReportType;
 /// Date and time records of 15 March 2024, 14:37.
 inline constexpr std::string_view kReportDate = "CD 04 20 24 03 15 CE 02 14 37";
 /// The SHA-1 hash record of the sale's item list.
-inline constexpr std::string_view kReportHash = "D4 14 D4 66 54 1D 2A DD 27 A5 5F 74 07 3A FD 6E AC BE 16 A3 37 FA";
+inline constexpr std::string_view kReportHash =
+    "D4 14 D4 66 54 1D 2A DD 27 A5 5F 74 07 3A FD 6E AC BE 16 A3 37 FA";
 
 /// The records of a response: state "activated", taxpayer "DE1", device 2, report 300, bookings 5 to 1000.
 inline constexpr std::string_view kState = "C0 01 03";
@@ -45,7 +46,9 @@ std::string Join(const Records&... records) {
   return all;
 }
 
-inline std::string SmallResponse() { return Join(kState, kTaxpayer, kDevice, kSequence, kFirst, kLast, kSigned); }
+inline std::string SmallResponse() {
+  return Join(kState, kTaxpayer, kDevice, kSequence, kFirst, kLast, kSigned);
+}
 
 /// 15 March 2024, 14:37:25.
 inline void SetDate(clsZelReport& report) { report.ReportDate(Date::FromCivil(2024, 3, 15, 14, 37, 25)); }
@@ -60,7 +63,8 @@ inline void AddLoaves(clsZelReport& report) {
 /// Builds a request; a failure fails the test.
 inline ByteArray BuildRequest(clsZelReport& report, ZelReportType type) {
   ByteArray request;
-  EXPECT_TRUE(report.BinaryDataGet(ZELSerialType::Request, request, 0, type)) << report.ErrorObject().ErrorMsg();
+  EXPECT_TRUE(report.BinaryDataGet(ZELSerialType::Request, request, 0, type))
+      << report.ErrorObject().ErrorMsg();
   return request;
 }
 
@@ -70,8 +74,8 @@ inline bool HandIn(clsZelReport& report, ZELSerialType type, std::string_view he
 }
 
 /// Bytes that the report refuses, with the whole error.
-inline void ExpectReadFailure(clsZelReport& report, ZELSerialType type, std::string_view hex, ZELErrorCodes number,
-                              std::string_view function, std::string_view message,
+inline void ExpectReadFailure(clsZelReport& report, ZELSerialType type, std::string_view hex,
+                              ZELErrorCodes number, std::string_view function, std::string_view message,
                               const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const testing::ScopedTrace trace(file, line, "expected failure of reading");
   EXPECT_FALSE(HandIn(report, type, hex)) << hex;

@@ -47,8 +47,10 @@ TEST(ReportBinaryDataGet, TypesThatAreNotSupported) {
   test::TestLog log;
   clsZelReport report;
   report.LogHandler(log.Handler());
-  for (const auto& [type, text] : {std::pair{ZELSerialType::ObjectData, "0"}, {ZELSerialType{5}, "5"},
-                                   {ZELSerialType::BinaryData, "6"}, {ZELSerialType{7}, "7"},
+  for (const auto& [type, text] : {std::pair{ZELSerialType::ObjectData, "0"},
+                                   {ZELSerialType{5}, "5"},
+                                   {ZELSerialType::BinaryData, "6"},
+                                   {ZELSerialType{7}, "7"},
                                    {ZELSerialType{-1}, "-1"}}) {
     ByteArray data = FromHex("01 02");
     EXPECT_FALSE(report.BinaryDataGet(type, data, 0, ZelReportType::Signed));
@@ -64,9 +66,11 @@ TEST(ReportBinaryDataSet, TypesThatAreNotSupported) {
   test::TestLog log;
   clsZelReport report;
   report.LogHandler(log.Handler());
-  for (const auto& [type, text] :
-       {std::pair{ZELSerialType::ObjectData, "0"}, {ZELSerialType::ItemHash, "4"}, {ZELSerialType{5}, "5"},
-        {ZELSerialType::BinaryData, "6"}, {ZELSerialType{-1}, "-1"}}) {
+  for (const auto& [type, text] : {std::pair{ZELSerialType::ObjectData, "0"},
+                                   {ZELSerialType::ItemHash, "4"},
+                                   {ZELSerialType{5}, "5"},
+                                   {ZELSerialType::BinaryData, "6"},
+                                   {ZELSerialType{-1}, "-1"}}) {
     ExpectReadFailure(report, type, "01 02", ZELErrorCodes::Err_Ser_SerTypeNotSprt, "BinaryDataSet",
                       NotSupported(text));
   }
@@ -112,7 +116,8 @@ TEST(ReportBinaryDataSet, LengthBeyondTheArray) {
                     "    Länge ..........: 6\r\n"
                     "    Leseende .......: 6\r\n"
                     "    Obergrenze .....: 5");
-  EXPECT_FALSE(report.BinaryDataSet(ZELSerialType::Response, data, 5, std::numeric_limits<std::int32_t>::max()));
+  EXPECT_FALSE(
+      report.BinaryDataSet(ZELSerialType::Response, data, 5, std::numeric_limits<std::int32_t>::max()));
   test::ExpectError(report.ErrorObject(), ZELErrorCodes::Err_Zel_CnvDataSize, true, "BinaryDataSet",
                     "Deserialisierung des Reports nicht möglich!\r\n"
                     "Der Datenpuffer ist zu klein.\r\n"
@@ -214,9 +219,10 @@ TEST(ReportItemList, IsReadInPlaceOfTheOldItems) {
 
 TEST(ReportItemList, DamagedItem) {
   clsZelReport report;
-  ExpectReadFailure(report, ZELSerialType::ItemList, "A0 01 31 A2 01 78 A0 01 32 C7 00 A2 01 79",
-                    ZELErrorCodes::Err_Ser_Failed, "DecodeItems.[mObjItemList.BinaryDataSet]",
-                    "Buchung: Dekodieren der Postenliste nicht möglich!\r\nDas Listenobjekt meldete einen Fehler");
+  ExpectReadFailure(
+      report, ZELSerialType::ItemList, "A0 01 31 A2 01 78 A0 01 32 C7 00 A2 01 79",
+      ZELErrorCodes::Err_Ser_Failed, "DecodeItems.[mObjItemList.BinaryDataSet]",
+      "Buchung: Dekodieren der Postenliste nicht möglich!\r\nDas Listenobjekt meldete einen Fehler");
   EXPECT_EQ(report.ItemCount(), 1);
 }
 
@@ -271,8 +277,8 @@ TEST(ReportResponse, FillsTheProperties) {
 TEST(ReportResponse, ReverseOrderFillsTheSameProperties) {
   clsZelReport report;
   EXPECT_TRUE(HandIn(report, ZELSerialType::Response,
-                     Join(test::kSigned, test::kLast, test::kFirst, test::kSequence, test::kDevice, test::kTaxpayer,
-                          test::kState)));
+                     Join(test::kSigned, test::kLast, test::kFirst, test::kSequence, test::kDevice,
+                          test::kTaxpayer, test::kState)));
   ExpectSmallResponse(report);
 }
 
@@ -359,8 +365,8 @@ TEST(ReportResponse, TheLaterOfTwoRecordsCounts) {
 
 TEST(ReportResponse, ValuesThatAreNotThereStayButTheSignature) {
   clsZelReport report;
-  ASSERT_TRUE(HandIn(report, ZELSerialType::Response,
-                     Join(test::SmallResponse(), test::kStandard, test::kTraining)));
+  ASSERT_TRUE(
+      HandIn(report, ZELSerialType::Response, Join(test::SmallResponse(), test::kStandard, test::kTraining)));
   EXPECT_TRUE(HandIn(report, ZELSerialType::Response, "C0 01 04"));
   EXPECT_EQ(report.ZelStatus(), ZelLifeCycle::Deactivated);
   EXPECT_EQ(report.TpID(), "DE1");
@@ -436,7 +442,8 @@ TEST(ReportResponse, AllNineContainers) {
 
 TEST(ReportResponse, OverflowAndVatChangeMarks) {
   clsZelReport report;
-  EXPECT_TRUE(HandIn(report, ZELSerialType::Response, "E1 02 DC 00 E2 02 DD 00 E3 02 DE 00 E4 06 DE 00 DC 00 DD 00"));
+  EXPECT_TRUE(
+      HandIn(report, ZELSerialType::Response, "E1 02 DC 00 E2 02 DD 00 E3 02 DE 00 E4 06 DE 00 DC 00 DD 00"));
   EXPECT_TRUE(report.Container(1)->OverflowTO());
   EXPECT_FALSE(report.Container(1)->VATchange());
   EXPECT_TRUE(report.Container(2)->OverflowTO());
@@ -457,7 +464,8 @@ TEST(ReportResponse, CounterAndOverflowAreTwoBytesWhateverTheirLength) {
   for (const std::string tag : {"DC", "DD"}) {
     for (const std::string length : {"00", "01", "05", "7F", "80", "FF"}) {
       clsZelReport read;
-      EXPECT_TRUE(HandIn(read, ZELSerialType::Response, "E1 06 " + tag + " " + length + " D8 02 10 0C CC 01 05"))
+      EXPECT_TRUE(
+          HandIn(read, ZELSerialType::Response, "E1 06 " + tag + " " + length + " D8 02 10 0C CC 01 05"))
           << tag << length << read.ErrorObject().ErrorMsg();
       EXPECT_TRUE(read.Container(1)->OverflowTO());
       EXPECT_EQ(read.Container(1)->Turnover(), Currency(1));
@@ -465,12 +473,13 @@ TEST(ReportResponse, CounterAndOverflowAreTwoBytesWhateverTheirLength) {
       EXPECT_EQ(read.SequenceNbr(), Currency(5));
     }
     // So a value is taken for the next record.
-    ExpectReadFailure(report, ZELSerialType::Response, "E1 04 " + tag + " 02 12 34", ZELErrorCodes::Err_Ser_Failed,
-                      "DecodeResp.[BinaryDataSet]",
-                      respHeader + "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
-                                   "    Position ........: 0\r\n"
-                                   "    Tag .............: E1\r\n"
-                                   "    Containernr. ....: 0");
+    ExpectReadFailure(report, ZELSerialType::Response, "E1 04 " + tag + " 02 12 34",
+                      ZELErrorCodes::Err_Ser_Failed, "DecodeResp.[BinaryDataSet]",
+                      respHeader +
+                          "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
+                          "    Position ........: 0\r\n"
+                          "    Tag .............: E1\r\n"
+                          "    Containernr. ....: 0");
   }
 }
 
@@ -546,8 +555,9 @@ TEST(ReportResponseFailure, EachRecord) {
   };
   for (const Case& damage : cases) {
     clsZelReport report;
-    for (const auto& [before, position] :
-         {std::pair{std::string(), "0"}, {std::string("C0 01 02 "), "3"}, {Join(test::kSequence, "C0 01 02"), "7"}}) {
+    for (const auto& [before, position] : {std::pair{std::string(), "0"},
+                                           {std::string("C0 01 02 "), "3"},
+                                           {Join(test::kSequence, "C0 01 02"), "7"}}) {
       ExpectReadFailure(report, ZELSerialType::Response, before + std::string(damage.hex),
                         ZELErrorCodes::Err_Ser_Failed, "DecodeResp.[" + std::string(damage.accessor) + "]",
                         respHeader + std::string(damage.text) + "\r\n    Position .......: " + position +
@@ -567,10 +577,14 @@ TEST(ReportResponseFailure, EachContainer) {
     const std::string tag = "E" + std::to_string(number);
     ExpectReadFailure(report, ZELSerialType::Response, "C0 01 03 " + tag + " 04 D8 02 1A 0C",
                       ZELErrorCodes::Err_Ser_Failed, "DecodeResp.[BinaryDataSet]",
-                      respHeader + "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
-                                   "    Position ........: 3\r\n"
-                                   "    Tag .............: " + tag + "\r\n"
-                                   "    Containernr. ....: " + std::to_string(number - 1));
+                      respHeader +
+                          "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
+                          "    Position ........: 3\r\n"
+                          "    Tag .............: " +
+                          tag +
+                          "\r\n"
+                          "    Containernr. ....: " +
+                          std::to_string(number - 1));
     EXPECT_EQ(report.ZelStatus(), ZelLifeCycle::Activated);
   }
   // Containers have no log file.
@@ -580,14 +594,16 @@ TEST(ReportResponseFailure, EachContainer) {
 
 TEST(ReportResponseFailure, ContainersWithForeignRecordsOrCutOff) {
   clsZelReport report;
-  for (const std::string_view hex : {"E2 02 C0 00", "E2 05 D8 02 10 0C", "E2 80", "E2 0C D8 0A 00 00 00 00 00 00 00 00 01 0C",
-                                     "E2 0B D8 09 00 00 00 00 00 00 00 01 0C", "E2 03 D8 01 0D"}) {
+  for (const std::string_view hex :
+       {"E2 02 C0 00", "E2 05 D8 02 10 0C", "E2 80", "E2 0C D8 0A 00 00 00 00 00 00 00 00 01 0C",
+        "E2 0B D8 09 00 00 00 00 00 00 00 01 0C", "E2 03 D8 01 0D"}) {
     ExpectReadFailure(report, ZELSerialType::Response, hex, ZELErrorCodes::Err_Ser_Failed,
                       "DecodeResp.[BinaryDataSet]",
-                      respHeader + "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
-                                   "    Position ........: 0\r\n"
-                                   "    Tag .............: E2\r\n"
-                                   "    Containernr. ....: 1");
+                      respHeader +
+                          "Ein Umsatzcontainer konnte nicht gelesen werden!\r\n"
+                          "    Position ........: 0\r\n"
+                          "    Tag .............: E2\r\n"
+                          "    Containernr. ....: 1");
   }
 }
 
@@ -613,7 +629,8 @@ TEST(ReportResponseFailure, RecordsThatHaveNoPlaceInAResponse) {
                       "Unerwartetes TAG\r\n"
                       "Das gefundenen TAG (s.u.) darf in\r\n"
                       "ZEL-Umsatz-Containern nicht vorkommen!\r\n"
-                      "    Tag gefunden ....: " + hex);
+                      "    Tag gefunden ....: " +
+                          hex);
     EXPECT_EQ(report.SequenceNbr(), Currency(7));
   }
   EXPECT_EQ(refused, 240);
@@ -637,9 +654,10 @@ TEST(ReportResponseFailure, PositionsCountFromStart) {
   clsZelReport report;
   EXPECT_FALSE(report.BinaryDataSet(ZELSerialType::Response, FromHexAt(20, "FF FF C0 01 03 C4 00"), 22));
   test::ExpectError(report.ErrorObject(), ZELErrorCodes::Err_Ser_Failed, true, "DecodeResp.[GetZelTpID]",
-                    respHeader + "Fehler beim Lesen der Steuerpflichtigen-ID\r\n"
-                                 "    Position .......: 3\r\n"
-                                 "    Tag ............: C4");
+                    respHeader +
+                        "Fehler beim Lesen der Steuerpflichtigen-ID\r\n"
+                        "    Position .......: 3\r\n"
+                        "    Tag ............: C4");
 }
 
 // Requests
@@ -659,8 +677,9 @@ TEST(ReportReadRequest, Hash) {
   EXPECT_TRUE(HandIn(report, ZELSerialType::Request, Join(kReportDate, kReportHash)));
   EXPECT_EQ(report.GetItemHash(ZELHashFmt::Base64, true), "1GZUHSrdJ6VfdAc6/W6svhajN/o=");
   EXPECT_TRUE(HandIn(report, ZELSerialType::Request,
-                     Join(kReportDate, "D4 20 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F "
-                                       "10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F")));
+                     Join(kReportDate,
+                          "D4 20 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F "
+                          "10 11 12 13 14 15 16 17 18 19 1A 1B 1C 1D 1E 1F")));
   EXPECT_EQ(report.GetItemHash(ZELHashFmt::Base64, true), "AAECAwQFBgcICQoLDA0ODxAREhMUFRYXGBkaGxwdHh8=");
   EXPECT_EQ(report.ReportType(), ZelReportType::Undefined);
 }
@@ -693,8 +712,9 @@ TEST(ReportReadRequest, IsTheOneThatIsExported) {
   EXPECT_TRUE(HandIn(report, ZELSerialType::Response, test::kState));
   std::string document;
   EXPECT_TRUE(report.XmlHandler(document, true, -1));
-  EXPECT_EQ(document, "<reportEncoded><reportRequest>zQQgJAMVzgIUN9ADICQB0QMgJAM=</reportRequest>"
-                      "<reportResponse>wAED</reportResponse></reportEncoded>");
+  EXPECT_EQ(document,
+            "<reportEncoded><reportRequest>zQQgJAMVzgIUN9ADICQB0QMgJAM=</reportRequest>"
+            "<reportResponse>wAED</reportResponse></reportEncoded>");
 }
 
 std::string RequestMessage(std::string_view text, std::string_view position, std::string_view tag) {
@@ -706,8 +726,8 @@ TEST(ReportReadRequestFailure, Date) {
   test::TestLog log;
   clsZelReport report;
   report.LogHandler(log.Handler());
-  for (const std::string_view hex : {"CD 04 20 24 13 15 CE 02 14 37", "CD 04 20 24 02 30 CE 02 14 37", "CD 04 20",
-                                     "CD 03 20 24 03", "CD 04 20 2A 03 15"}) {
+  for (const std::string_view hex : {"CD 04 20 24 13 15 CE 02 14 37", "CD 04 20 24 02 30 CE 02 14 37",
+                                     "CD 04 20", "CD 03 20 24 03", "CD 04 20 2A 03 15"}) {
     ExpectReadFailure(report, ZELSerialType::Request, hex, ZELErrorCodes::Err_Ser_Failed,
                       "DecodeRqst.[GetZelDates]", RequestMessage("Fehler beim Lesen des Datums", "0", "CD"));
   }
@@ -720,17 +740,20 @@ TEST(ReportReadRequestFailure, Date) {
 TEST(ReportReadRequestFailure, Time) {
   clsZelReport report;
   for (const std::string_view hex : {"CE 02 24 00", "CE 02 14 60", "CE 03 14 37 00", "CE 02 14", "CE 00"}) {
-    ExpectReadFailure(report, ZELSerialType::Request, Join("CD 04 20 24 03 15", hex), ZELErrorCodes::Err_Ser_Failed,
-                      "DecodeRqst.[GetZelTimes]", RequestMessage("Fehler beim Lesen der Zeitangabe", "6", "CE"));
+    ExpectReadFailure(report, ZELSerialType::Request, Join("CD 04 20 24 03 15", hex),
+                      ZELErrorCodes::Err_Ser_Failed, "DecodeRqst.[GetZelTimes]",
+                      RequestMessage("Fehler beim Lesen der Zeitangabe", "6", "CE"));
   }
 }
 
 TEST(ReportReadRequestFailure, Hash) {
   clsZelReport report;
-  for (const std::string_view hex : {"D4 02 01 02", "D4 14 00", "D4 00",
-                                     "D4 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
+  for (const std::string_view hex :
+       {"D4 02 01 02", "D4 14 00", "D4 00",
+        "D4 15 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"}) {
     ExpectReadFailure(report, ZELSerialType::Request, Join(kReportDate, hex), ZELErrorCodes::Err_Ser_Failed,
-                      "DecodeRqst.[GetZelHash]", RequestMessage("Fehler beim Lesen des Postenhashcodes", "10", "D4"));
+                      "DecodeRqst.[GetZelHash]",
+                      RequestMessage("Fehler beim Lesen des Postenhashcodes", "10", "D4"));
   }
   // Date and time are read.
   EXPECT_EQ(report.ReportDate().Value(), Date::FromCivil(2024, 3, 15, 14, 37, 0).Value());
@@ -759,8 +782,8 @@ TEST(ReportReadRequestFailure, SpanEnd) {
 
 TEST(ReportReadRequestFailure, TransportPin) {
   clsZelReport report;
-  for (const std::string_view hex : {"C3 05 31 32 33 34 35", "C3 07 31 32 33 34 35 36 37", "C3 06 31 32 33 34 35 1F",
-                                     "C3 06 31", "C3 00"}) {
+  for (const std::string_view hex : {"C3 05 31 32 33 34 35", "C3 07 31 32 33 34 35 36 37",
+                                     "C3 06 31 32 33 34 35 1F", "C3 06 31", "C3 00"}) {
     ExpectReadFailure(report, ZELSerialType::Request, Join(kReportDate, hex), ZELErrorCodes::Err_Ser_Failed,
                       "DecodeRqst.[GetZelTranspPin]",
                       RequestMessage("Fehler beim Lesen der Transport-PIN", "10", "C3"));
@@ -771,13 +794,16 @@ TEST(ReportReadRequestFailure, OtherLayouts) {
   clsZelReport report;
   // Each names the record that was expected, or the tag that has no place there.
   for (const std::string& hex :
-       {std::string("CE 02 14 37"), std::string("CE 02 14 37 CD 04 20 24 03 15"), std::string("CD 04 20 24 03 15"),
-        Join("CD 04 20 24 03 15", kReportHash), Join(kReportHash, kReportDate), Join(kReportDate, "C6 01 41"),
+       {std::string("CE 02 14 37"), std::string("CE 02 14 37 CD 04 20 24 03 15"),
+        std::string("CD 04 20 24 03 15"), Join("CD 04 20 24 03 15", kReportHash),
+        Join(kReportHash, kReportDate), Join(kReportDate, "C6 01 41"),
         Join(kReportDate, "C7 14 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13"),
         Join(kReportDate, "D1 03 20 24 03"), Join(kReportDate, "D0 03 20 24 03"),
         Join(kReportDate, "D1 03 20 24 03 D0 03 20 24 01"), Join(kReportDate, kReportHash, "D0 03 20 24 01"),
-        Join(kReportDate, kReportHash, kReportHash), Join(kReportDate, "C3 06 31 32 33 34 35 36", kReportHash),
-        Join(kReportDate, "D0 03 20 24 01 D1 03 20 24 03 C3 06 31 32 33 34 35 36"), Join(kReportDate, kReportDate)}) {
+        Join(kReportDate, kReportHash, kReportHash),
+        Join(kReportDate, "C3 06 31 32 33 34 35 36", kReportHash),
+        Join(kReportDate, "D0 03 20 24 01 D1 03 20 24 03 C3 06 31 32 33 34 35 36"),
+        Join(kReportDate, kReportDate)}) {
     EXPECT_FALSE(HandIn(report, ZELSerialType::Request, hex)) << hex;
     EXPECT_TRUE(report.ErrorObject().ErrorNr() == 9301 || report.ErrorObject().ErrorNr() == 9305) << hex;
     EXPECT_TRUE(report.ErrorObject().IsUserDef());

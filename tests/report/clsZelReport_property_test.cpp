@@ -18,7 +18,9 @@ namespace {
 using test::FromHex;
 using test::Join;
 
-ByteArray Bytes(const std::vector<std::uint8_t>& bytes) { return ByteArray{std::span<const std::uint8_t>(bytes)}; }
+ByteArray Bytes(const std::vector<std::uint8_t>& bytes) {
+  return ByteArray{std::span<const std::uint8_t>(bytes)};
+}
 
 std::vector<std::uint8_t> Vector(std::string_view hex) {
   const ByteArray bytes = FromHex(hex);
@@ -84,9 +86,9 @@ TEST(ReportProperty, RequestsAreReadBack) {
 }
 
 std::vector<std::uint8_t> AnyResponse() {
-  const std::vector<std::string_view> records{test::kState, test::kTaxpayer, test::kDevice,   test::kSequence,
-                                              test::kFirst, test::kLast,     test::kStandard, test::kTraining,
-                                              test::kSigned};
+  const std::vector<std::string_view> records{test::kState,    test::kTaxpayer, test::kDevice,
+                                              test::kSequence, test::kFirst,    test::kLast,
+                                              test::kStandard, test::kTraining, test::kSigned};
   std::string response;
   const auto count = *rc::gen::inRange(1, 10);
   for (int i = 0; i < count; ++i) {
@@ -156,7 +158,8 @@ TEST(ReportProperty, AnyBytesEndInABoolean) {
     clsZelReport report;
     const auto start = *rc::gen::inRange<std::int32_t>(-1, static_cast<std::int32_t>(bytes.size()) + 2);
     const auto length = *rc::gen::inRange<std::int32_t>(-1, static_cast<std::int32_t>(bytes.size()) + 2);
-    const bool done = report.BinaryDataSet(type, Bytes(bytes), start, *rc::gen::arbitrary<bool>() ? length : 0);
+    const bool done =
+        report.BinaryDataSet(type, Bytes(bytes), start, *rc::gen::arbitrary<bool>() ? length : 0);
     RC_ASSERT(done == !report.HasError());
     // The report can be used afterwards.
     (void)report.GetItemHash(ZELHashFmt::Base32, true);

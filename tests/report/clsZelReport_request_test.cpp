@@ -64,7 +64,8 @@ TEST(ReportRequest, SignedWithSha256) {
   report.UseSHA256(true);
   EXPECT_EQ(ToHex(BuildRequest(report, ZelReportType::Signed)),
             std::string(kReportDate) +
-                " D4 20 DB 83 31 5B C2 05 40 8C 53 6D 18 A7 56 21 B5 68 2C 71 D4 EA CD 2E 83 4E 7C D5 76 63 53 78 3E 6D");
+                " D4 20 DB 83 31 5B C2 05 40 8C 53 6D 18 A7 56 21 B5 68 2C 71 D4 EA CD 2E 83 4E 7C D5 76 63 "
+                "53 78 3E 6D");
 }
 
 TEST(ReportRequest, SignedWithoutItemsHasNoHash) {
@@ -197,7 +198,8 @@ TEST(ReportRequest, ReplacesTheCallersArray) {
   for (const std::int32_t start : {0, 99, -5}) {
     ByteArray request = FromHexAt(7, "01 02 03");
     std::int32_t length = -1;
-    EXPECT_TRUE(report.BinaryDataGet(ZELSerialType::Request, request, start, ZelReportType::Unsigned, &length));
+    EXPECT_TRUE(
+        report.BinaryDataGet(ZELSerialType::Request, request, start, ZelReportType::Unsigned, &length));
     EXPECT_EQ(request.LBound(), 0);
     EXPECT_EQ(request.UBound(), 9);
     EXPECT_EQ(ToHex(request), kReportDate);
@@ -272,13 +274,15 @@ TEST(ReportRequest, ThatWasBuiltLastIsExported) {
   (void)BuildRequest(report, ZelReportType::Unsigned);
   (void)BuildRequest(report, ZelReportType::ActivateZEL);
   report.TransportPIN("1");
-  ExpectRequestFailure(report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
-                       header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
+  ExpectRequestFailure(
+      report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
+      header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
   ASSERT_TRUE(test::HandIn(report, ZELSerialType::Response, test::kState));
   std::string document;
   EXPECT_TRUE(report.XmlHandler(document, true, -1));
-  EXPECT_EQ(document, "<reportEncoded><reportRequest>zQQgJAMVzgIUN8MGMTIzNDU2</reportRequest>"
-                      "<reportResponse>wAED</reportResponse></reportEncoded>");
+  EXPECT_EQ(document,
+            "<reportEncoded><reportRequest>zQQgJAMVzgIUN8MGMTIzNDU2</reportRequest>"
+            "<reportResponse>wAED</reportResponse></reportEncoded>");
 }
 
 // Failures
@@ -290,8 +294,9 @@ TEST(ReportRequestFailure, TransportPinIsNotSixDigits) {
   report.LogHandler(log.Handler());
   for (const std::string_view pin : {"", "12345", "1234567", "12345A", "12 456", "12345ü"}) {
     report.TransportPIN(pin);
-    ExpectRequestFailure(report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
-                         header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
+    ExpectRequestFailure(
+        report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
+        header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
   }
   // The coder logs its own failure first.
   ASSERT_EQ(log.Count(), 12U);
@@ -309,8 +314,9 @@ TEST(ReportRequestFailure, TransportPinIsNotSixDigits) {
 TEST(ReportRequestFailure, KeepsThePresentTime) {
   const test::Moment moment;
   clsZelReport report;
-  ExpectRequestFailure(report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
-                       header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
+  ExpectRequestFailure(
+      report, ZelReportType::ActivateZEL, "EncodeRqst.[SetZelTranspPin]",
+      header + "Die Transport-PIN konnte nicht geschrieben werden!\r\n    Position ........: 10");
   EXPECT_TRUE(moment.Matches(report.ReportDate()));
 }
 
@@ -321,16 +327,18 @@ TEST(ReportRequestFailure, ItemsThatCannotBeHashed) {
   ASSERT_TRUE(report.AddItem(std::make_shared<BrokenItem>()));
   report.LogHandler(log.Handler());
   ExpectRequestFailure(report, ZelReportType::Signed, "EncodeRqst.[GetItemHash]",
-                       header + "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!\r\n"
-                                "    Position ........: 10\r\n"
-                                "    Hash-Typ ........: SHA1");
+                       header +
+                           "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!\r\n"
+                           "    Position ........: 10\r\n"
+                           "    Hash-Typ ........: SHA1");
   EXPECT_EQ(log.Functions().back(), "EncodeRqst.[GetItemHash]");
   EXPECT_EQ(test::LogSources(log).back(), "clsZelReport");
   report.UseSHA256(true);
   ExpectRequestFailure(report, ZelReportType::Undefined, "EncodeRqst.[GetItemHash]",
-                       header + "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!\r\n"
-                                "    Position ........: 10\r\n"
-                                "    Hash-Typ ........: SHA256");
+                       header +
+                           "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!\r\n"
+                           "    Position ........: 10\r\n"
+                           "    Hash-Typ ........: SHA256");
   // Other kinds don't look at the items.
   EXPECT_EQ(ToHex(BuildRequest(report, ZelReportType::Unsigned)), kReportDate);
 }
@@ -351,18 +359,21 @@ TEST(ReportRequestFailure, DatesThatAreNone) {
   const Date none(std::numeric_limits<double>::quiet_NaN());
   clsZelReport report;
   report.ReportDate(none);
-  ExpectRequestFailure(report, ZelReportType::Unsigned, "EncodeRqst.[SetZelDates]",
-                       header + "Das Abschlußdatum konnte nicht geschrieben werden!\r\n    Position ........: 0");
+  ExpectRequestFailure(
+      report, ZelReportType::Unsigned, "EncodeRqst.[SetZelDates]",
+      header + "Das Abschlußdatum konnte nicht geschrieben werden!\r\n    Position ........: 0");
   SetDate(report);
   report.SpanMonthFrom(none);
   ExpectRequestFailure(report, ZelReportType::Span, "EncodeRqst.[SetZelDatesSpc01]",
-                       header + "Der Beginn des Abfragezeitraums konnte nicht geschrieben werden!\r\n"
-                                "    Position ........: 10");
+                       header +
+                           "Der Beginn des Abfragezeitraums konnte nicht geschrieben werden!\r\n"
+                           "    Position ........: 10");
   report.SpanMonthFrom(Date::FromCivil(2024, 1, 1));
   report.SpanMonthUpTo(none);
   ExpectRequestFailure(report, ZelReportType::Span, "EncodeRqst.[SetZelDatesSpc01]",
-                       header + "Das Ende des Abfragezeitraums konnte nicht geschrieben werden!\r\n"
-                                "    Position ........: 15");
+                       header +
+                           "Das Ende des Abfragezeitraums konnte nicht geschrieben werden!\r\n"
+                           "    Position ........: 15");
 }
 
 }  // namespace

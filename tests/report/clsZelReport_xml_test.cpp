@@ -33,7 +33,9 @@ std::string RequestElement(std::string_view text = requestText) {
 std::string ResponseElement(std::string_view text = responseText) {
   return "<reportResponse>" + std::string(text) + "</reportResponse>";
 }
-std::string Document(std::string_view inner) { return "<reportEncoded>" + std::string(inner) + "</reportEncoded>"; }
+std::string Document(std::string_view inner) {
+  return "<reportEncoded>" + std::string(inner) + "</reportEncoded>";
+}
 
 /// The closing over two loaves, signed.
 void Close(clsZelReport& report, ZelReportType type = ZelReportType::Signed) {
@@ -132,8 +134,9 @@ TEST(ReportExport, ItemsAreThereOnceTheirTextWasMade) {
   // Writing the item list does,
   ByteArray items = ByteArray::WithBounds(0, 99);
   EXPECT_TRUE(unsignedReport.BinaryDataGet(ZELSerialType::ItemList, items, 0));
-  const std::string expected = Document("<itemListEncoded profile=\"kasse\">" + itemsText + "</itemListEncoded>" +
-                                        RequestElement("zQQgJAMVzgIUNw==") + ResponseElement());
+  const std::string expected =
+      Document("<itemListEncoded profile=\"kasse\">" + itemsText + "</itemListEncoded>" +
+               RequestElement("zQQgJAMVzgIUNw==") + ResponseElement());
   EXPECT_EQ(Export(unsignedReport), expected);
   // and so does reading one.
   clsZelReport read;
@@ -151,8 +154,11 @@ void ExpectNotEnough(clsZelReport& report, std::string_view request, std::string
   test::ExpectError(report.ErrorObject(), ZELErrorCodes::Err_Ser_Failed, true, "EncodeXML",
                     "Der XML-Buchungssatz konnte nicht erstellt werden:\r\n"
                     "Es liegen nicht genug Daten vor!\r\n"
-                    "    ZEL-Anfrage .....: " + std::string(request) + " Zeichen\r\n"
-                    "    ZEL-Antwort .....: " + std::string(response) + " Zeichen",
+                    "    ZEL-Anfrage .....: " +
+                        std::string(request) +
+                        " Zeichen\r\n"
+                        "    ZEL-Antwort .....: " +
+                        std::string(response) + " Zeichen",
                     file, line);
   EXPECT_EQ(document, "old content");
 }
@@ -212,9 +218,9 @@ TEST(ReportImport, OfADocumentWithinAnother) {
 
 TEST(ReportImport, ElementsInAnyOrderAndCase) {
   clsZelReport report;
-  std::string document = "<REPORTENCODED><ReportResponse>" + responseText + "</REPORTRESPONSE><reportrequest>" +
-                         requestText + "</ReportRequest><ITEMLISTENCODED PROFILE='A1'>" + itemsText +
-                         "</itemlistencoded></ReportEncoded>";
+  std::string document =
+      "<REPORTENCODED><ReportResponse>" + responseText + "</REPORTRESPONSE><reportrequest>" + requestText +
+      "</ReportRequest><ITEMLISTENCODED PROFILE='A1'>" + itemsText + "</itemlistencoded></ReportEncoded>";
   EXPECT_TRUE(report.XmlHandler(document, false)) << report.ErrorObject().ErrorMsg();
   ExpectClosing(report);
   EXPECT_EQ(report.ZelProfile(), "A1");
@@ -242,8 +248,8 @@ TEST(ReportImport, ReadsSpanAndPin) {
 
 /// A document that the report refuses, with the whole error; the document itself stays as it is.
 void ExpectImportFailure(clsZelReport& report, const std::string& document, ZELErrorCodes number,
-                         std::string_view function, std::string_view message, const char* file = __builtin_FILE(),
-                         int line = __builtin_LINE()) {
+                         std::string_view function, std::string_view message,
+                         const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const testing::ScopedTrace trace(file, line, "expected failure of the import");
   std::string data = document;
   EXPECT_FALSE(report.XmlHandler(data, false)) << document;
@@ -259,7 +265,8 @@ std::vector<std::string> Damaged(const std::string& name, const std::string& con
 
 TEST(ReportImportFailure, NoReport) {
   clsZelReport report;
-  for (const std::string document : {"", " ", "text", "<transactionEncoded>x</transactionEncoded>", "<reportEncoded"}) {
+  for (const std::string document :
+       {"", " ", "text", "<transactionEncoded>x</transactionEncoded>", "<reportEncoded"}) {
     ExpectImportFailure(report, document, ZELErrorCodes::Err_Ser_Failed, "DecodeXML",
                         "Es konnte kein Reportdatensatz gefunden werden.");
   }
@@ -274,16 +281,18 @@ TEST(ReportImportFailure, ReportIncompleteOrOutOfOrder) {
     ExpectImportFailure(report, document, ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[GetXmlTag]",
                         "Das Ermitteln des Reports schlug fehl!");
   }
-  EXPECT_EQ(test::LogSources(log),
-            (std::vector<std::string>{"clsZelBaseCoding", "clsZelReport", "clsZelBaseCoding", "clsZelReport",
-                                      "clsZelBaseCoding", "clsZelReport", "clsZelBaseCoding", "clsZelReport"}));
+  EXPECT_EQ(
+      test::LogSources(log),
+      (std::vector<std::string>{"clsZelBaseCoding", "clsZelReport", "clsZelBaseCoding", "clsZelReport",
+                                "clsZelBaseCoding", "clsZelReport", "clsZelBaseCoding", "clsZelReport"}));
 }
 
 TEST(ReportImportFailure, NoItemList) {
   clsZelReport report;
   AddLoaves(report);
   const std::string rest = RequestElement() + ResponseElement();
-  for (const std::string& inner : {rest, "<itemListEncoded> \r\n </itemListEncoded>" + rest, std::string(" ")}) {
+  for (const std::string& inner :
+       {rest, "<itemListEncoded> \r\n </itemListEncoded>" + rest, std::string(" ")}) {
     ExpectImportFailure(report, Document(inner), ZELErrorCodes::Err_Ser_DataMissing, "DecodeXML",
                         "Es konnten keine Postendaten gefunden werden!");
   }
@@ -294,7 +303,8 @@ TEST(ReportImportFailure, ItemListIncompleteOrOutOfOrder) {
   clsZelReport report;
   for (const std::string& items : Damaged("itemListEncoded", itemsText)) {
     ExpectImportFailure(report, Document(items + RequestElement() + ResponseElement()),
-                        ZELErrorCodes::Err_Ser_Failed, "DecodeXML", "Das Ermitteln der Postenliste schlug fehl!");
+                        ZELErrorCodes::Err_Ser_Failed, "DecodeXML",
+                        "Das Ermitteln der Postenliste schlug fehl!");
   }
 }
 
@@ -311,13 +321,14 @@ TEST(ReportImportFailure, ItemListThatCannotBeDecoded) {
   test::TestLog log;
   clsZelReport report;
   report.LogHandler(log.Handler());
-  ExpectImportFailure(report,
-                      Document(ItemsElement(test::Base64("A0 01 31 C7 00 A2 01 78")) + RequestElement() +
-                               ResponseElement()),
-                      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[BinaryDataSet]",
-                      "Schreiben der Report-Postendaten fehlgeschlagen!");
+  ExpectImportFailure(
+      report,
+      Document(ItemsElement(test::Base64("A0 01 31 C7 00 A2 01 78")) + RequestElement() + ResponseElement()),
+      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[BinaryDataSet]",
+      "Schreiben der Report-Postendaten fehlgeschlagen!");
   // The report logs what its caller sees, once.
-  EXPECT_EQ(test::LogSources(log), (std::vector<std::string>{"clsZelItemCash", "clsZelItemList", "clsZelReport"}));
+  EXPECT_EQ(test::LogSources(log),
+            (std::vector<std::string>{"clsZelItemCash", "clsZelItemList", "clsZelReport"}));
 }
 
 TEST(ReportImportFailure, NoRequest) {
@@ -352,7 +363,8 @@ TEST(ReportImportFailure, RequestIsNoBase64) {
 TEST(ReportImportFailure, RequestThatCannotBeDecoded) {
   clsZelReport report;
   for (const std::string_view hex : {"CD 04 20 24 03 15", "CD 04 20 24 03 15 CE 02 14 37 C6 01 41"}) {
-    ExpectImportFailure(report, Document(ItemsElement() + RequestElement(test::Base64(hex)) + ResponseElement()),
+    ExpectImportFailure(report,
+                        Document(ItemsElement() + RequestElement(test::Base64(hex)) + ResponseElement()),
                         ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[DecodeRqst]",
                         "Dekodieren der Anfragedaten fehlgeschlagen!");
   }
@@ -393,16 +405,15 @@ TEST(ReportImportFailure, ResponseThatCannotBeDecoded) {
   test::TestLog log;
   clsZelReport report;
   report.LogHandler(log.Handler());
-  ExpectImportFailure(report,
-                      Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("CC 01 07 C4 00"))),
-                      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp",
-                      "Dekodieren der Antwortdaten fehlgeschlagen!");
+  ExpectImportFailure(
+      report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("CC 01 07 C4 00"))),
+      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp", "Dekodieren der Antwortdaten fehlgeschlagen!");
   EXPECT_EQ(report.SequenceNbr(), Currency(7));
   EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelTpID", "DecodeXML.DecodeResp"}));
   // Also where the response holds a record that has no place there.
-  ExpectImportFailure(report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("C6 01 41"))),
-                      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp",
-                      "Dekodieren der Antwortdaten fehlgeschlagen!");
+  ExpectImportFailure(
+      report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("C6 01 41"))),
+      ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp", "Dekodieren der Antwortdaten fehlgeschlagen!");
 }
 
 TEST(ReportImportFailure, SuccessAfterwardsClearsTheError) {
