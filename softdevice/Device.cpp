@@ -157,7 +157,7 @@ std::uint32_t Device::RunningNumber() const noexcept { return impl_->identity.ru
 const std::string& Device::PublicKeyPem() const noexcept { return impl_->publicKeyPem; }
 
 std::chrono::local_seconds LocalNow() {
-  const std::time_t now = std::time(nullptr);
+  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
   std::tm local{};
 #ifdef _WIN32
   localtime_s(&local, &now);
