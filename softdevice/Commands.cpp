@@ -92,8 +92,8 @@ Answer Close(const Database& database, const Identity& identity, const Request& 
   ClearOpenTotals(database);
   database
       .Prepare(
-          "UPDATE device SET life_cycle = ?, last_report_number = ?, last_reported_number = "
-          "last_sequence_number")
+          "UPDATE device SET life_cycle = ?, last_report_number = ?,"
+          " last_reported_number = last_sequence_number")
       .Bind(static_cast<std::int64_t>(after))
       .Bind(number)
       .Step();
