@@ -2,8 +2,9 @@
 # Usage: scripts/day.sh [PROGRAM]
 #
 # Plays a day at a till: signs every sale of examples/day with a fresh software signing device in build/demo,
-# writes the XML documents there, reads each of them back and verifies it, and prints the last receipt and the
-# day's totals. PROGRAM is the zel to use (default: that of build/release).
+# writes the XML documents there, reads each of them back and verifies it, prints the last receipt and the day's
+# totals, and ends with a signed closing whose turnover has to be that of the bookings. PROGRAM is the zel
+# to use (default: that of build/release).
 
 set -euo pipefail
 

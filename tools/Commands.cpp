@@ -4,61 +4,25 @@
 #include <memory>
 #include <vector>
 
-#include "tools/Console.h"
+#include "tools/Common.h"
 #include "tools/Day.h"
 #include "tools/Document.h"
 #include "tools/Dump.h"
-#include "tools/ExitStatus.h"
-#include "tools/Files.h"
 #include "tools/Sale.h"
 #include "tools/Signer.h"
-#include "tools/Text.h"
 #include "tools/Verify.h"
 
 namespace zel {
 
+using VnZEL10cmn::clsZelReport;
 using VnZEL10cmn::clsZelTransAct;
+using VnZEL10cmn::clsZelTransActData;
 
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Runs `body` and puts the file's name in front of what is wrong with its content.
-template <typename Body>
-auto About(const fs::path& file, Body&& body) {
-  try {
-    return body();
-  } catch (const Failure& failure) {
-    if (failure.Status() != ExitStatus::NotRight) throw;
-    throw Failure(failure.Status(),
-                  (file == kStandardInput ? "standard input" : Quoted(file)) + ": " + failure.what());
-  }
-}
-
-void MakeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) {
-    throw Failure(ExitStatus::Trouble, "the folder " + Quoted(folder) + " can't be made: " + error.message());
-  }
-}
-
-/// Even --force must not replace what the document is made from.
-void ExpectOtherFile(const fs::path& out, const fs::path& input) {
-  std::error_code ignored;
-  if (fs::equivalent(out, input, ignored)) {
-    throw Failure(ExitStatus::Usage, "the document would overwrite " + Quoted(input));
-  }
-}
-
 fs::path DocumentPath(const fs::path& sale) { return sale.stem().concat(".xml"); }
-
-void PrintReceipt(clsZelTransAct& booking) {
-  std::string receipt = UnixLines(booking.ToString());
-  if (booking.HasError()) throw Failure(ExitStatus::NotRight, Describe(booking.ErrorObject()));
-  if (!receipt.ends_with('\n')) receipt += '\n';
-  Print(receipt);
-}
 
 /// Writing to the log is nobody's task here: without a log the sale is signed all the same.
 void AttachLog(clsZelTransAct& booking, const fs::path& path) {
@@ -96,11 +60,6 @@ std::string PublicKey(const VerifyOptions& options) {
   return pem;
 }
 
-void SayUncertified(const fs::path& device) {
-  Say("the device " + Quoted(device) +
-      " is a software device for development and tests, not a certified one");
-}
-
 /// The sales of a folder, in the order of their names.
 std::vector<fs::path> SalesOf(const fs::path& folder) {
   std::vector<fs::path> sales;
@@ -116,6 +75,49 @@ std::vector<fs::path> SalesOf(const fs::path& folder) {
   }
   std::sort(sales.begin(), sales.end());
   return sales;
+}
+
+/// Throws where a document isn't right.
+void ExpectRight(const std::string& xml, const softdevice::Device& device) {
+  const Verification verification = VerifyDocument(xml, device.PublicKeyPem());
+  if (!verification.IsRight()) {
+    throw Failure(ExitStatus::NotRight,
+                  std::string(CheckName(*verification.failed)) + ": " + verification.reason);
+  }
+}
+
+/// A day's closing covers this day alone.
+void ExpectClosed(const softdevice::Device& device, const fs::path& path) {
+  const softdevice::DeviceState state = device.State();
+  if (state.lastSequenceNumber != state.lastReportedNumber) {
+    throw Failure(ExitStatus::Trouble, "the device " + Quoted(path) + " has signed up to number " +
+                                           std::to_string(state.lastSequenceNumber) +
+                                           ", and no closing covers what follows number " +
+                                           std::to_string(state.lastReportedNumber) +
+                                           ": close it with 'zel report --signed --device " +
+                                           OneLine(path.string()) + "'");
+  }
+}
+
+/// Ends the day: a signed closing, which is read back from its document and compared with the bookings.
+void CloseDay(const DaySummary& summary, softdevice::Device& device, const fs::path& path,
+              const DayOptions& options) {
+  OutputFile target(path, options.force, kSmallDocument);
+  clsZelReport closing;
+  AnswerReport(closing, VnZEL10cmn::ZelReportType::Signed, device);
+  target.Write(ExportDocument(closing));
+
+  const std::string xml = ReadFile(path);
+  clsZelReport read;
+  About(path, [&] {
+    ExpectRight(xml, device);
+    const Document parts = SplitDocument(xml);
+    TakeParts(parts, read);
+    PrintReport(parts.request, parts.response, read, options.wide);
+    summary.ExpectClosing(read);
+  });
+  Print("\nThe closing in " + OneLine(path.string()) +
+        " is verified;\nin all 9 containers its turnover is that of the bookings\n");
 }
 
 }  // namespace
@@ -151,14 +153,35 @@ void RunSign(const SignOptions& options) {
     Say("signed as booking " + std::to_string(number) + ", wrote " + Quoted(out));
   }
   SayUncertified(devicePath);
-  PrintReceipt(booking);
+  PrintText(booking);
 }
 
-void RunReceipt(const fs::path& document) {
+void RunReceipt(const fs::path& document, bool wide) {
   const std::string xml = ReadFile(document);
-  clsZelTransAct booking;
-  About(document, [&xml, &booking] { ImportDocument(xml, booking); });
-  PrintReceipt(booking);
+  switch (GuessDocumentKind(xml)) {
+    case DocumentKind::Booking: {
+      clsZelTransAct booking;
+      About(document, [&xml, &booking] { ImportDocument(xml, booking); });
+      PrintText(booking);
+      break;
+    }
+    case DocumentKind::Data: {
+      clsZelTransActData record;
+      About(document, [&xml, &record] { ImportDocument(xml, record); });
+      PrintText(record);
+      break;
+    }
+    case DocumentKind::Report: {
+      clsZelReport report;
+      const Document parts = About(document, [&xml, &report] {
+        Document split = SplitDocument(xml);
+        TakeParts(split, report);
+        return split;
+      });
+      PrintReport(parts.request, parts.response, report, wide);
+      break;
+    }
+  }
 }
 
 void RunDump(const fs::path& file, bool json) {
@@ -171,7 +194,9 @@ void RunDump(const fs::path& file, bool json) {
 
 void RunVerify(const VerifyOptions& options) {
   const std::string xml = ReadFile(options.document);
-  const Verification verification = VerifyDocument(xml, PublicKey(options));
+  const std::optional<std::string> data =
+      options.data ? std::optional(ReadFile(*options.data)) : std::nullopt;
+  const Verification verification = VerifyDocument(xml, PublicKey(options), data);
   if (options.json) Print(VerificationToJson(verification, options.document.string()));
   if (!verification.IsRight()) {
     About(options.document, [&verification] {
@@ -180,9 +205,7 @@ void RunVerify(const VerifyOptions& options) {
     });
   }
   if (!options.json) {
-    Print(OneLine(options.document.string()) + ": all is right, booking " + verification.sequenceNumber +
-          " of taxpayer " + OneLine(verification.taxpayerId) + ", device " + verification.runningNumber +
-          "\n");
+    Print(OneLine(options.document.string()) + ": all is right, " + DescribeSigned(verification) + "\n");
   }
 }
 
@@ -195,9 +218,15 @@ void RunDay(const DayOptions& options) {
     const std::string json = ReadFile(sale);
     About(sale, [&json] { ReadSale(json); });
   }
+  const fs::path closingPath = options.out / "closing.xml";
+  if (std::find_if(sales.begin(), sales.end(),
+                   [](const fs::path& sale) { return sale.stem() == "closing"; }) != sales.end()) {
+    throw Failure(ExitStatus::Usage, "a sale 'closing.json' and the day's closing would share a document");
+  }
   MakeFolder(options.out);
   const fs::path devicePath = options.device ? *options.device : options.out / "device.db";
   softdevice::Device device = OpenOrCreateDevice(devicePath);
+  ExpectClosed(device, devicePath);
   SayUncertified(devicePath);
 
   std::vector<fs::path> documents;
@@ -224,11 +253,7 @@ void RunDay(const DayOptions& options) {
     for (const fs::path& document : documents) {
       const std::string xml = ReadFile(document);
       About(document, [&] {
-        const Verification verification = VerifyDocument(xml, device.PublicKeyPem());
-        if (!verification.IsRight()) {
-          throw Failure(ExitStatus::NotRight,
-                        std::string(CheckName(*verification.failed)) + ": " + verification.reason);
-        }
+        ExpectRight(xml, device);
         last = std::make_unique<clsZelTransAct>();
         ImportDocument(xml, *last);
         summary.Add(*last);
@@ -237,9 +262,10 @@ void RunDay(const DayOptions& options) {
     }
   }
   Print("The last receipt, read back from " + OneLine(documents.back().string()) + ":\n\n");
-  PrintReceipt(*last);
+  PrintText(*last);
   Print("\n" + std::to_string(documents.size()) + " documents written to " + OneLine(options.out.string()) +
-        ", read back and verified\n\n" + summary.ToText());
+        ", read back and verified\n\n" + summary.ToText() + "\n");
+  CloseDay(summary, device, closingPath, options);
 }
 
 }  // namespace zel

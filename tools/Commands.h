@@ -19,8 +19,8 @@ struct SignOptions {
 /// Signs a sale, writes its document and prints its receipt.
 void RunSign(const SignOptions& options);
 
-/// Prints the receipt of a document.
-void RunReceipt(const std::filesystem::path& document);
+/// Prints the receipt of a document; a report as a table, or (`wide`) as the library's own text.
+void RunReceipt(const std::filesystem::path& document, bool wide);
 
 /// Shows the records of a file.
 void RunDump(const std::filesystem::path& file, bool json);
@@ -29,6 +29,7 @@ struct VerifyOptions {
   std::filesystem::path document;
   std::optional<std::filesystem::path> device;
   std::optional<std::filesystem::path> key;
+  std::optional<std::filesystem::path> data;  ///< the file whose bytes were signed as a data record
   bool json = false;
 };
 
@@ -43,9 +44,56 @@ struct DayOptions {
   std::filesystem::path out;
   std::optional<std::filesystem::path> device;
   bool force = false;
+  bool wide = false;
 };
 
-/// Signs all sales of a folder, verifies their documents and prints the totals.
+/// Signs all sales of a folder, verifies their documents, prints the totals, and ends with a closing, which has
+/// to show the same turnover.
 void RunDay(const DayOptions& options);
+
+struct DeviceInitOptions {
+  std::optional<std::filesystem::path> device;
+  std::string taxpayer;
+  std::uint32_t number = 1;
+  std::string pin;
+  bool activate = false;
+};
+
+/// Makes a device.
+void RunDeviceInit(const DeviceInitOptions& options);
+
+/// Prints where a device stands.
+void RunDeviceShow(const std::optional<std::filesystem::path>& device, bool json);
+
+struct ReportOptions {
+  bool signedReport = false;
+  bool unsignedReport = false;
+  bool deactivate = false;
+  std::optional<std::string> span;  ///< 2026-01..2026-03
+  std::optional<std::string> pin;   ///< of an activation
+  std::optional<std::uint32_t> resume;
+  std::optional<std::filesystem::path> device;
+  std::optional<std::string> date;
+  std::optional<std::filesystem::path> items;
+  std::optional<std::filesystem::path> out;
+  bool force = false;
+  bool wide = false;
+};
+
+/// Has the device answer a report and prints it.
+void RunReport(const ReportOptions& options);
+
+struct SignDataOptions {
+  std::filesystem::path file;
+  std::string type = "id";
+  std::optional<std::string> date;
+  std::optional<std::filesystem::path> device;
+  std::optional<std::filesystem::path> out;
+  std::optional<std::uint32_t> resume;
+  bool force = false;
+};
+
+/// Signs a file's bytes as a data record, writes its document and prints its receipt.
+void RunSignData(const SignDataOptions& options);
 
 }  // namespace zel

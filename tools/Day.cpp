@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/ExitStatus.h"
+#include "tools/Report.h"
 #include "tools/Text.h"
 
 namespace zel {
@@ -13,14 +15,10 @@ namespace {
 
 constexpr std::int32_t kClassCount = 6;
 
-std::string Right(const std::string& text, std::size_t width) {
-  return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-std::string Left(std::string text, std::size_t width) {
-  text.resize(std::max(text.size(), width), ' ');
-  return text;
-}
+// The places of the containers that hold no VAT class.
+constexpr std::size_t kThirdParty = 6;
+constexpr std::size_t kDeliveryNotes = 7;
+constexpr std::size_t kTraining = 8;
 
 /// What the booking's third-party items cost, and whether it has any.
 std::pair<Currency, bool> ThirdPartyTurnover(const clsZelTransAct& booking) {
@@ -55,6 +53,8 @@ void DaySummary::Add(clsZelTransAct& booking) {
     Currency vat;
     Currency rate;
     booking.GetContainerValues(vatClass, turnover, vat, rate);
+    const auto place = static_cast<std::size_t>(vatClass - 1);
+    containers_[isSale ? place : booking.IsTraining() ? kTraining : kDeliveryNotes] += turnover;
     whole += booking.IsTaxExcl() ? turnover + vat : turnover;
     wholeVat += vat;
     if (isSale && (turnover != Currency() || rate != Currency())) {
@@ -63,7 +63,10 @@ void DaySummary::Add(clsZelTransAct& booking) {
   }
   if (isSale) {
     sales_.Add(whole, wholeVat);
-    if (const auto [turnover, any] = ThirdPartyTurnover(booking); any) thirdParty_.Add(turnover, Currency());
+    if (const auto [turnover, any] = ThirdPartyTurnover(booking); any) {
+      thirdParty_.Add(turnover, Currency());
+      containers_[kThirdParty] += turnover;
+    }
   } else {
     (booking.IsTraining() ? training_ : deliveryNotes_).Add(whole, wholeVat);
   }
@@ -73,6 +76,24 @@ void DaySummary::Add(clsZelTransAct& booking) {
   ++bookings_;
 }
 
+void DaySummary::ExpectClosing(const VnZEL10cmn::clsZelReport& closing) const {
+  const auto expect = [](std::string_view what, Currency found, Currency expected, int decimals) {
+    if (found != expected) {
+      throw Failure(ExitStatus::NotRight, "the closing's " + std::string(what) + " is " +
+                                              FormatDecimal(found, decimals) + ", the bookings have " +
+                                              FormatDecimal(expected, decimals));
+    }
+  };
+  expect("first sequence number", closing.TransSeqNrFirst(), firstNumber_, 0);
+  expect("last sequence number", closing.TransSeqNrLast(), lastNumber_, 0);
+  for (std::size_t i = 0; i < containers_.size(); ++i) {
+    const auto container = closing.Container(static_cast<std::int32_t>(i) + 1);
+    const auto tag = static_cast<std::uint8_t>(container->Tag());
+    expect("turnover in '" + std::string(ContainerTitle(tag)) + "'", container->Turnover(), containers_[i],
+           2);
+  }
+}
+
 std::string DaySummary::ToText() const {
   constexpr std::size_t kTitleWidth = 36;
   constexpr std::size_t kCountWidth = 8;
@@ -80,8 +101,8 @@ std::string DaySummary::ToText() const {
   const std::string rule(kTitleWidth + kCountWidth + 2 * kAmountWidth, '-');
   const auto line = [](const std::string& title, const std::string& count, const std::string& turnover,
                        const std::string& vat) {
-    return Left(title, kTitleWidth) + Right(count, kCountWidth) + Right(turnover, kAmountWidth) +
-           Right(vat, kAmountWidth) + "\n";
+    return PadRight(title, kTitleWidth) + PadLeft(count, kCountWidth) + PadLeft(turnover, kAmountWidth) +
+           PadLeft(vat, kAmountWidth) + "\n";
   };
   const auto row = [&line](const std::string& title, const Row& values) {
     return line(title, std::to_string(values.bookings), FormatDecimal(values.turnover, 2),
@@ -91,7 +112,7 @@ std::string DaySummary::ToText() const {
   std::string text = line("VAT class, rate, prices", "bookings", "turnover", "VAT") + rule + "\n";
   for (const auto& [key, values] : classes_) {
     const char letter = "ABCDEF"[key.vatClass - 1];
-    text += row(std::string(1, letter) + Right(FormatDecimal(key.rate, 2), 8) + " %  " +
+    text += row(std::string(1, letter) + PadLeft(FormatDecimal(key.rate, 2), 8) + " %  " +
                     (key.taxExclusive ? "without tax" : "with tax"),
                 values);
   }
@@ -103,7 +124,7 @@ std::string DaySummary::ToText() const {
   text += row("Delivery notes (not in the above)", deliveryNotes_);
   text += row("Training (not in the above)", training_);
   text += rule + "\n";
-  text += Left("All bookings", kTitleWidth) + Right(std::to_string(bookings_), kCountWidth) +
+  text += PadRight("All bookings", kTitleWidth) + PadLeft(std::to_string(bookings_), kCountWidth) +
           "   sequence numbers " + FormatDecimal(firstNumber_, 0) + " to " + FormatDecimal(lastNumber_, 0) +
           "\n";
   return text;

@@ -16,6 +16,11 @@ class DaySummary {
   /// Adds a booking that was read from its document.
   void Add(VnZEL10cmn::clsZelTransAct& booking);
 
+  /// Compares the bookings' turnover with that of a closing, container by container: six VAT classes,
+  /// third-party business, delivery notes, training. Throws `Failure` (NotRight) that names the first that
+  /// differs, or the sequence numbers where they do.
+  void ExpectClosing(const VnZEL10cmn::clsZelReport& closing) const;
+
   /// The table, with a line end after each row.
   [[nodiscard]] std::string ToText() const;
 
@@ -38,6 +43,8 @@ class DaySummary {
   };
 
   std::map<Key, Row> classes_;
+  /// By container, with or without tax as the bookings have it, which is how a device adds up.
+  std::array<VnZEL10cmn::Currency, 9> containers_{};
   Row sales_;  ///< tax included
   Row thirdParty_;
   Row deliveryNotes_;

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "tools/ExitStatus.h"
+#include "tools/Records.h"
 #include "tools/Text.h"
 
 namespace zel {
@@ -33,41 +34,105 @@ void ExpectOnce(const std::string& lowerXml, std::string_view element) {
   }
 }
 
-std::string Content(std::string_view xml, ZelXmlTags tag, std::string_view element) {
+std::string Content(std::string_view xml, const Element& element, std::string* profile = nullptr) {
   VnZEL10cmn::clsZelBaseCoding coder;
   std::string content;
-  if (!coder.GetXmlTag(xml, tag, content)) Fail(element, Describe(coder.ErrorObject()));
-  if (content.empty()) Fail(element, "the element is empty");
+  if (!coder.GetXmlTag(xml, element.tag, content, profile)) {
+    Fail(element.name, Describe(coder.ErrorObject()));
+  }
+  if (content.empty()) Fail(element.name, "the element is empty");
   return content;
 }
 
-ByteArray Part(std::string_view xml, ZelXmlTags tag, std::string_view element) {
+ByteArray Part(std::string_view xml, const Element& element, std::string* profile = nullptr) {
   VnZEL10cmn::clsHelper01 helper;
   ByteArray bytes;
-  if (!helper.FromBase64String(Content(xml, tag, element), bytes))
-    Fail(element, Describe(helper.ErrorObject()));
+  if (!helper.FromBase64String(Content(xml, element, profile), bytes)) {
+    Fail(element.name, Describe(helper.ErrorObject()));
+  }
   return bytes;
+}
+
+/// Whether an element begins or ends in the text.
+bool Mentions(const std::string& lowerXml, const Element& element) {
+  const std::string name = LowerCase(element.name);
+  return lowerXml.find("<" + name) != std::string::npos || lowerXml.find("</" + name) != std::string::npos;
+}
+
+template <typename Imported>
+void Import(const std::string& xml, Imported& object) {
+  std::string data = xml;
+  if (!object.XmlHandler(data, false)) {
+    throw Failure(ExitStatus::NotRight, Describe(object.ErrorObject()));
+  }
 }
 
 }  // namespace
 
-Document SplitDocument(std::string_view xml) {
-  const std::string lowerXml = LowerCase(xml);
-  for (const std::string_view element :
-       {"transactionEncoded", "itemListEncoded", "transactionRequest", "transactionResponse"}) {
-    ExpectOnce(lowerXml, element);
-  }
-  const std::string content = Content(xml, ZelXmlTags::Transaction, "transactionEncoded");
-  return {.items = Part(content, ZelXmlTags::ItemList, "itemListEncoded"),
-          .request = Part(content, ZelXmlTags::TransRequest, "transactionRequest"),
-          .response = Part(content, ZelXmlTags::TransResponse, "transactionResponse")};
+const DocumentLayout& LayoutOf(DocumentKind kind) {
+  static constexpr DocumentLayout kTransaction = {
+      .whole = {ZelXmlTags::Transaction, "transactionEncoded"},
+      .request = {ZelXmlTags::TransRequest, "transactionRequest"},
+      .response = {ZelXmlTags::TransResponse, "transactionResponse"}};
+  static constexpr DocumentLayout kReport = {.whole = {ZelXmlTags::Report, "reportEncoded"},
+                                             .request = {ZelXmlTags::ReportRequest, "reportRequest"},
+                                             .response = {ZelXmlTags::ReportRespone, "reportResponse"}};
+  return kind == DocumentKind::Report ? kReport : kTransaction;
 }
 
-void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransAct& booking) {
-  std::string data = xml;
-  if (!booking.XmlHandler(data, false)) {
-    throw Failure(ExitStatus::NotRight, Describe(booking.ErrorObject()));
+bool HoldsItems(std::string_view xml) { return Mentions(LowerCase(xml), kItemListElement); }
+
+DocumentKind GuessDocumentKind(std::string_view xml) {
+  const std::string lowerXml = LowerCase(xml);
+  const DocumentLayout& transaction = LayoutOf(DocumentKind::Booking);
+  const DocumentLayout& report = LayoutOf(DocumentKind::Report);
+  if (!Mentions(lowerXml, transaction.whole) &&
+      (Mentions(lowerXml, report.whole) || Mentions(lowerXml, report.request) ||
+       Mentions(lowerXml, report.response))) {
+    return DocumentKind::Report;
   }
+  if (Mentions(lowerXml, kItemListElement)) return DocumentKind::Booking;
+  try {
+    const bool isData = GuessKind(Part(xml, transaction.request)) == RunKind::DataRequest;
+    return isData ? DocumentKind::Data : DocumentKind::Booking;
+  } catch (const Failure&) {
+    return DocumentKind::Booking;
+  }
+}
+
+Document SplitDocument(std::string_view xml) {
+  const std::string lowerXml = LowerCase(xml);
+  Document document;
+  document.kind = GuessDocumentKind(xml);
+  const DocumentLayout& layout = LayoutOf(document.kind);
+  for (const Element& element : {layout.whole, kItemListElement, layout.request, layout.response}) {
+    ExpectOnce(lowerXml, element.name);
+  }
+  const std::string content = Content(xml, layout.whole);
+  if (document.kind == DocumentKind::Booking || HoldsItems(content)) {
+    document.items = Part(content, kItemListElement, &document.profile);
+  }
+  document.request = Part(content, layout.request);
+  document.response = Part(content, layout.response);
+  return document;
+}
+
+void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransAct& booking) { Import(xml, booking); }
+
+void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransActData& record) { Import(xml, record); }
+
+void TakeParts(const Document& document, VnZEL10cmn::clsZelReport& report) {
+  using VnZEL10cmn::ZELSerialType;
+  const auto take = [&report](const Element& element, ZELSerialType type, const ByteArray& bytes) {
+    if (!report.BinaryDataSet(type, bytes, 0)) Fail(element.name, Describe(report.ErrorObject()));
+  };
+  const DocumentLayout& layout = LayoutOf(DocumentKind::Report);
+  if (document.items) {
+    if (!document.profile.empty()) report.ZelProfile(document.profile);
+    take(kItemListElement, ZELSerialType::ItemList, *document.items);
+  }
+  take(layout.request, ZELSerialType::Request, document.request);
+  take(layout.response, ZELSerialType::Response, document.response);
 }
 
 }  // namespace zel

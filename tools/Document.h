@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
-#include <memory>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -9,9 +9,38 @@
 
 namespace zel {
 
-/// The three parts of a booking's XML document.
+/// What an XML document holds.
+enum class DocumentKind : std::uint8_t { Booking, Report, Data };
+
+/// An element of a document, and how the library names it.
+struct Element {
+  VnZEL10cmn::ZelXmlTags tag;
+  std::string_view name;
+};
+
+/// The elements of a document of that kind.
+struct DocumentLayout {
+  Element whole;
+  Element request;
+  Element response;
+};
+const DocumentLayout& LayoutOf(DocumentKind kind);
+
+/// The element that holds the items of a booking or a report.
+inline constexpr Element kItemListElement = {VnZEL10cmn::ZelXmlTags::ItemList, "itemListEncoded"};
+
+/// What the document is, as far as that can be told: a report has elements of its own, and a data record has no
+/// item list and a request in which nothing but its hash, date and time stands.
+DocumentKind GuessDocumentKind(std::string_view xml);
+
+/// Whether an item list begins or ends in the document.
+bool HoldsItems(std::string_view xml);
+
+/// The parts of an XML document.
 struct Document {
-  VnZEL10cmn::ByteArray items;
+  DocumentKind kind = DocumentKind::Booking;
+  std::optional<VnZEL10cmn::ByteArray> items;  ///< always there in a booking, never in a data record
+  std::string profile;                         ///< of the items, mostly empty
   VnZEL10cmn::ByteArray request;
   VnZEL10cmn::ByteArray response;
 };
@@ -20,7 +49,14 @@ struct Document {
 /// an element that occurs twice is at fault as well, since another reader might take the other one.
 Document SplitDocument(std::string_view xml);
 
-/// Reads the document into an empty booking. Throws `Failure` (NotRight).
+/// Reads a booking's document into an empty booking. Throws `Failure` (NotRight).
 void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransAct& booking);
+
+/// Reads a data record's document into an empty one. Throws `Failure` (NotRight).
+void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransActData& record);
+
+/// Reads the parts of a report's document into an empty report. The library's own import refuses documents
+/// without items, which most reports are; so the parts are handed over one by one. Throws `Failure` (NotRight).
+void TakeParts(const Document& document, VnZEL10cmn::clsZelReport& report);
 
 }  // namespace zel

@@ -10,7 +10,6 @@ namespace zel {
 using VnZEL10cmn::ByteArray;
 using VnZEL10cmn::clsHelper01;
 using VnZEL10cmn::clsZelBaseCoding;
-using VnZEL10cmn::ZelXmlTags;
 
 namespace {
 
@@ -120,21 +119,32 @@ Fault MissingElement(std::string_view element, const VnZEL10cmn::clsVnError& err
 }
 
 void ReadXml(std::string_view xml, Dump& dump) {
+  dump.document = GuessDocumentKind(xml);
+  const DocumentLayout& layout = LayoutOf(dump.document);
   clsZelBaseCoding coder;
   std::string content;
-  if (!coder.GetXmlTag(xml, ZelXmlTags::Transaction, content)) {
-    dump.faults.push_back(MissingElement("transactionEncoded", coder.ErrorObject()));
+  if (!coder.GetXmlTag(xml, layout.whole.tag, content)) {
+    dump.faults.push_back(MissingElement(layout.whole.name, coder.ErrorObject()));
     content = xml;  // the elements inside may be whole
   }
-  struct Element {
-    ZelXmlTags tag;
-    std::string_view name;
+  const bool isReport = dump.document == DocumentKind::Report;
+  const bool isData = dump.document == DocumentKind::Data;
+  const RunKind request = isReport ? RunKind::ReportRequest
+                          : isData ? RunKind::DataRequest
+                                   : RunKind::Request;
+  const RunKind response = isReport ? RunKind::ReportResponse
+                           : isData ? RunKind::DataResponse
+                                    : RunKind::Response;
+  struct Part {
+    Element element;
     RunKind kind;
   };
-  for (const Element& element :
-       {Element{ZelXmlTags::ItemList, "itemListEncoded", RunKind::ItemList},
-        Element{ZelXmlTags::TransRequest, "transactionRequest", RunKind::Request},
-        Element{ZelXmlTags::TransResponse, "transactionResponse", RunKind::Response}}) {
+  std::vector<Part> parts = {{layout.request, request}, {layout.response, response}};
+  // Reports without items are usual, and data records have none.
+  if (dump.document == DocumentKind::Booking || HoldsItems(xml)) {
+    parts.insert(parts.begin(), {kItemListElement, RunKind::ItemList});
+  }
+  for (const auto& [element, kind] : parts) {
     std::string text;
     std::string profile;
     if (!coder.GetXmlTag(content, element.tag, text, &profile)) {
@@ -143,7 +153,7 @@ void ReadXml(std::string_view xml, Dump& dump) {
     }
     std::optional<Fault> fault;
     const ByteArray bytes = text.empty() ? ByteArray() : Decode(text, Form::Base64, fault);
-    AddPart(dump, element.name, bytes, element.kind, std::move(fault));
+    AddPart(dump, element.name, bytes, kind, std::move(fault));
     dump.parts.back().profile = std::move(profile);
   }
 }

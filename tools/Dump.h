@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/Document.h"
 #include "tools/Records.h"
 
 /// Shows any request, response, item list or XML document as a tree of records.
@@ -21,6 +22,7 @@ struct DumpPart {
 
 struct Dump {
   Form form = Form::Binary;
+  DocumentKind document = DocumentKind::Booking;  ///< of an XML document
   std::vector<DumpPart> parts;
   std::vector<Fault> faults;  ///< empty when everything could be read
 };

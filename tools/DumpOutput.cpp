@@ -25,7 +25,20 @@ std::string_view KindTitle(RunKind kind) {
     case RunKind::ItemList: return "Item list";
     case RunKind::Request: return "Booking request";
     case RunKind::Response: return "Booking response";
+    case RunKind::ReportRequest: return "Report request";
+    case RunKind::ReportResponse: return "Report response";
+    case RunKind::DataRequest: return "Data request";
+    case RunKind::DataResponse: return "Data response";
     case RunKind::Any: return "Records";
+  }
+  return {};
+}
+
+std::string_view DocumentTitle(DocumentKind kind) {
+  switch (kind) {
+    case DocumentKind::Booking: return "Booking document (XML)\n";
+    case DocumentKind::Report: return "Report document (XML)\n";
+    case DocumentKind::Data: return "Data record document (XML)\n";
   }
   return {};
 }
@@ -35,18 +48,13 @@ std::string_view KindName(RunKind kind) {
     case RunKind::ItemList: return "itemList";
     case RunKind::Request: return "request";
     case RunKind::Response: return "response";
+    case RunKind::ReportRequest: return "reportRequest";
+    case RunKind::ReportResponse: return "reportResponse";
+    case RunKind::DataRequest: return "dataRequest";
+    case RunKind::DataResponse: return "dataResponse";
     case RunKind::Any: return "records";
   }
   return {};
-}
-
-std::string Padded(std::string text, std::size_t width) {
-  text.resize(std::max(text.size(), width), ' ');
-  return text;
-}
-
-std::string PaddedLeft(const std::string& text, std::size_t width) {
-  return std::string(width - std::min(width, text.size()), ' ') + text;
 }
 
 /// One line per record: position, tag, name, length, value.
@@ -59,8 +67,8 @@ void AppendLines(std::string& out, const std::vector<Node>& nodes, std::size_t d
     if (!node.tag) {
       out += node.name + "\n";
     } else {
-      out += PaddedLeft(std::to_string(node.position), kPositionWidth) + "  " + Hex({&*node.tag, 1}) + "  " +
-             Padded(node.name, kNameWidth) + PaddedLeft(std::to_string(node.length), kLengthWidth);
+      out += PadLeft(std::to_string(node.position), kPositionWidth) + "  " + Hex({&*node.tag, 1}) + "  " +
+             PadRight(node.name, kNameWidth) + PadLeft(std::to_string(node.length), kLengthWidth);
       const std::string value = OneLine(node.value);
       if (!value.empty() || node.isText) out += "  " + (node.isText ? "\"" + value + "\"" : value);
       out += "\n";
@@ -100,7 +108,7 @@ Json ToJson(const Fault& fault) {
 
 std::string DumpToText(const Dump& dump) {
   std::string out;
-  if (dump.form == Form::Xml) out += "Booking document (XML)\n";
+  if (dump.form == Form::Xml) out += DocumentTitle(dump.document);
   const std::size_t depth = dump.form == Form::Xml ? 1 : 0;
   for (const DumpPart& part : dump.parts) {
     out.append(depth * 2, ' ');

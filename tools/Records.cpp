@@ -96,7 +96,17 @@ bool MayStandIn(RunKind kind, ZelTags tag) {
                       ZelTags::Currency, ZelTags::Vat_AddOn, ZelTags::Training, ZelTags::Deliverynote}) ||
              (tag >= ZelTags::Container_Vat_1 && tag <= ZelTags::Container_Vat_6);
     case RunKind::Response:
+    case RunKind::DataResponse:
       return IsOneOf(tag, {ZelTags::Tp_ID, ZelTags::Tp_ID_No, ZelTags::Seq_Nr_Trans, ZelTags::Signature});
+    case RunKind::ReportRequest:
+      return IsOneOf(tag, {ZelTags::tDate, ZelTags::tTime, ZelTags::Hash_Reprt_Items, ZelTags::Month_Start,
+                           ZelTags::Month_End, ZelTags::Transport_Pin});
+    case RunKind::ReportResponse:
+      return IsOneOf(tag, {ZelTags::Lifecycle, ZelTags::Tp_ID, ZelTags::Tp_ID_No, ZelTags::Seq_Nr_Reprt,
+                           ZelTags::Seq_No_Trans_First, ZelTags::Seq_No_Trans_Last, ZelTags::Signature}) ||
+             IsContainer(tag);
+    case RunKind::DataRequest:
+      return IsOneOf(tag, {ZelTags::tDate, ZelTags::tTime, ZelTags::Hash_Trans_Items});
     case RunKind::Any: return true;
   }
   return true;
@@ -111,6 +121,10 @@ std::string_view RunName(RunKind kind) {
     case RunKind::ItemList: return "an item list";
     case RunKind::Request: return "a booking request";
     case RunKind::Response: return "the response to a booking";
+    case RunKind::ReportRequest: return "a report request";
+    case RunKind::ReportResponse: return "the response to a report";
+    case RunKind::DataRequest: return "a data request";
+    case RunKind::DataResponse: return "the response to a data record";
     case RunKind::Any: break;
   }
   return "a device record";
@@ -324,6 +338,8 @@ void CheckWhole(const ByteArray& data, Run& run) {
   using VnZEL10cmn::ZELSerialType;
   VnZEL10cmn::clsZelTransAct booking;
   VnZEL10cmn::clsZelItemList items;
+  VnZEL10cmn::clsZelReport report;
+  VnZEL10cmn::clsZelTransActData record;
   std::int32_t start = 0;
   const VnZEL10cmn::clsVnError* error = nullptr;
   switch (run.kind) {
@@ -336,6 +352,18 @@ void CheckWhole(const ByteArray& data, Run& run) {
     case RunKind::Response:
       if (!booking.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &booking.ErrorObject();
       break;
+    case RunKind::ReportRequest:
+      if (!report.BinaryDataSet(ZELSerialType::Request, data, 0)) error = &report.ErrorObject();
+      break;
+    case RunKind::ReportResponse:
+      if (!report.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &report.ErrorObject();
+      break;
+    case RunKind::DataRequest:
+      if (!record.BinaryDataSet(ZELSerialType::Request, data, 0)) error = &record.ErrorObject();
+      break;
+    case RunKind::DataResponse:
+      if (!record.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &record.ErrorObject();
+      break;
     case RunKind::Any: break;
   }
   if (error != nullptr) {
@@ -343,6 +371,29 @@ void CheckWhole(const ByteArray& data, Run& run) {
     run.fault->number = error->ErrorNr();
     run.fault->reason = LibraryMessage(error->ErrorMsg());
   }
+}
+
+/// Whether the record at that place has that tag.
+bool StandsAt(const Run& run, std::size_t place, ZelTags tag) {
+  return place < run.nodes.size() && run.nodes[place].tag == static_cast<std::uint8_t>(tag);
+}
+
+/// Requests begin alike: a booking has an operator, a data record goes straight to its hash, and a report to
+/// what only a report has, or to its end. Of a damaged one the sound beginning counts.
+RunKind GuessRequest(const ByteArray& data) {
+  const Run run = ReadRun(data, RunKind::Any);
+  constexpr std::size_t kDateAndTime = 2;
+  if (!StandsAt(run, 1, ZelTags::tTime)) return RunKind::Request;
+  if (run.nodes.size() == kDateAndTime) return run.fault ? RunKind::Request : RunKind::ReportRequest;
+  if (StandsAt(run, kDateAndTime, ZelTags::Hash_Trans_Items)) return RunKind::DataRequest;
+  const bool isReport = MayStandIn(RunKind::ReportRequest, ZelTags{*run.nodes[kDateAndTime].tag});
+  return isReport ? RunKind::ReportRequest : RunKind::Request;
+}
+
+/// A device tells its state elsewhere, too.
+RunKind GuessStateHolder(const ByteArray& data) {
+  const Run run = ReadRun(data, RunKind::Any);
+  return StandsAt(run, 1, ZelTags::Tp_ID) ? RunKind::ReportResponse : RunKind::Any;
 }
 
 std::string Describe(const Node& node) {
@@ -375,8 +426,11 @@ RunKind GuessKind(const ByteArray& data) {
   if (data.size() == 0) return RunKind::Any;
   switch (ZelTags{data.data()[0]}) {
     case ZelTags::Item_Quantity: return RunKind::ItemList;
-    case ZelTags::tDate: return RunKind::Request;
+    case ZelTags::tDate: return GuessRequest(data);
+    case ZelTags::Hash_Trans_Items: return RunKind::DataRequest;
     case ZelTags::Tp_ID: return RunKind::Response;
+    case ZelTags::Seq_Nr_Trans: return RunKind::DataResponse;
+    case ZelTags::Lifecycle: return GuessStateHolder(data);
     default: return RunKind::Any;
   }
 }
@@ -394,6 +448,13 @@ Run ReadRun(const ByteArray& data, RunKind kind) {
   Reader(data, kind, false).ReadAll(run.nodes, run.fault);
   if (!run.fault) CheckWhole(data, run);
   return run;
+}
+
+const Node* FindRecord(const std::vector<Node>& nodes, ZelTags tag) {
+  const auto found = std::find_if(nodes.begin(), nodes.end(), [tag](const Node& node) {
+    return node.tag == static_cast<std::uint8_t>(tag);
+  });
+  return found == nodes.end() ? nullptr : &*found;
 }
 
 std::string FirstDifference(const std::vector<Node>& found, const std::vector<Node>& expected) {

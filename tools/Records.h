@@ -13,10 +13,14 @@ namespace zel {
 
 /// What a run of records is, which decides the tags that may stand in it.
 enum class RunKind : std::uint8_t {
-  ItemList,  ///< the items of a booking
-  Request,   ///< a booking request
-  Response,  ///< the response to a booking
-  Any,       ///< records of any tag
+  ItemList,        ///< the items of a booking or report
+  Request,         ///< a booking request
+  Response,        ///< the response to a booking
+  ReportRequest,   ///< a report request
+  ReportResponse,  ///< the response to a report
+  DataRequest,     ///< the request of a signed data record
+  DataResponse,    ///< the response to it
+  Any,             ///< records of any tag
 };
 
 /// A record, or an item that groups its records.
@@ -53,11 +57,15 @@ struct Run {
 /// The name of a tag; none for a byte that is no tag.
 std::optional<std::string_view> TagName(std::uint8_t tag);
 
-/// What the first tag gives away.
+/// What the tags give away. The response to a data record that names the taxpayer counts as one to a booking,
+/// which looks the same.
 RunKind GuessKind(const VnZEL10cmn::ByteArray& data);
 
 /// Reads all records up to the first fault. Any bytes end in a result.
 Run ReadRun(const VnZEL10cmn::ByteArray& data, RunKind kind);
+
+/// The record of that tag among the outer ones, if any.
+const Node* FindRecord(const std::vector<Node>& nodes, VnZEL10cmn::ZelTags tag);
 
 /// "Container_Vat_1 (0xE1): Trnvr (0xD8) is 12.34, expected 11.34": the first place where two runs differ;
 /// empty when they don't.

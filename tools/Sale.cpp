@@ -110,27 +110,12 @@ class Member {
 };
 
 Date ReadDate(const Member& member) {
-  constexpr std::string_view kPattern = "0000-00-00T00:00";
   const std::string& text = member.Expect(Kind::String).text;
-  const auto matches = [](char character, char pattern) {
-    return pattern == '0' ? character >= '0' && character <= '9' : character == pattern;
-  };
-  const auto number = [&text](std::size_t start, std::size_t length) {
-    return std::stoi(text.substr(start, length));
-  };
-  if (text.size() != kPattern.size() || !std::equal(text.begin(), text.end(), kPattern.begin(), matches)) {
-    member.Fail("\"" + OneLine(text) + "\" is no date and time such as 2026-11-21T08:05");
+  try {
+    return ParseDateTime(text);
+  } catch (const Failure& failure) {
+    member.Fail(failure.what());
   }
-  const Date::Civil parts{number(0, 4), number(5, 2), number(8, 2), number(11, 2), number(14, 2), 0};
-  if (!Date::Exists(parts)) {
-    member.Fail("\"" + text + "\" doesn't exist");
-  }
-  const Date date = Date::FromCivil(parts.year, parts.month, parts.day, parts.hour, parts.minute);
-  // At the bounds and beyond, the library would take the present time instead.
-  if (date <= VnZEL10cmn::clsZelVatItem::EarliestDate() || date >= VnZEL10cmn::clsZelVatItem::LatestDate()) {
-    member.Fail("\"" + text + "\" must lie after 2000-01-01T00:00 and not after 2099-12-31T23:59");
-  }
-  return date;
 }
 
 /// The library would cut a longer name silently.
@@ -213,7 +198,48 @@ SaleItem ReadItem(const Member& item) {
   return result;
 }
 
+template <typename Holder>
+void AddItems(const Sale& sale, Holder& holder) {
+  if (!sale.profile.empty()) holder.ZelProfile(sale.profile);
+  for (const SaleItem& line : sale.items) {
+    const auto item = std::make_shared<VnZEL10cmn::clsZelItemCash>();
+    const std::array<Currency, 6>& price = line.prices;
+    if (!item->SetItemData(line.quantity, line.name, line.unit, price[0], price[1], price[3],
+                           line.discountOrSurcharge, line.voucher, line.thirdParty, price[4], price[5],
+                           price[2])) {
+      throw Failure(ExitStatus::NotRight, Describe(item->ErrorObject()));
+    }
+    if (!holder.AddItem(item)) {
+      throw Failure(ExitStatus::NotRight, Describe(holder.ErrorObject()));
+    }
+  }
+}
+
 }  // namespace
+
+Date ParseDateTime(const std::string& text) {
+  constexpr std::string_view kPattern = "0000-00-00T00:00";
+  const auto fail = [&text](const std::string& reason) {
+    throw Failure(ExitStatus::NotRight, "\"" + OneLine(text) + "\" " + reason);
+  };
+  const auto matches = [](char character, char pattern) {
+    return pattern == '0' ? character >= '0' && character <= '9' : character == pattern;
+  };
+  const auto number = [&text](std::size_t start, std::size_t length) {
+    return std::stoi(text.substr(start, length));
+  };
+  if (text.size() != kPattern.size() || !std::equal(text.begin(), text.end(), kPattern.begin(), matches)) {
+    fail("is no date and time such as 2026-11-21T08:05");
+  }
+  const Date::Civil parts{number(0, 4), number(5, 2), number(8, 2), number(11, 2), number(14, 2), 0};
+  if (!Date::Exists(parts)) fail("doesn't exist");
+  const Date date = Date::FromCivil(parts.year, parts.month, parts.day, parts.hour, parts.minute);
+  // At the bounds and beyond, the library would take the present time instead.
+  if (date <= VnZEL10cmn::clsZelVatItem::EarliestDate() || date >= VnZEL10cmn::clsZelVatItem::LatestDate()) {
+    fail("must lie after 2000-01-01T00:00 and not after 2099-12-31T23:59");
+  }
+  return date;
+}
 
 Sale ReadSale(std::string_view json) {
   const JsonValue root = ParseJson(json);
@@ -248,19 +274,9 @@ void FillBooking(const Sale& sale, VnZEL10cmn::clsZelTransAct& booking) {
   booking.IsTaxExcl(sale.taxExclusive);
   booking.IsTraining(sale.training);
   booking.IsDeliveryNote(sale.deliveryNote);
-  if (!sale.profile.empty()) booking.ZelProfile(sale.profile);
-  for (const SaleItem& line : sale.items) {
-    const auto item = std::make_shared<VnZEL10cmn::clsZelItemCash>();
-    const std::array<Currency, 6>& price = line.prices;
-    if (!item->SetItemData(line.quantity, line.name, line.unit, price[0], price[1], price[3],
-                           line.discountOrSurcharge, line.voucher, line.thirdParty, price[4], price[5],
-                           price[2])) {
-      throw Failure(ExitStatus::NotRight, Describe(item->ErrorObject()));
-    }
-    if (!booking.AddItem(item)) {
-      throw Failure(ExitStatus::NotRight, Describe(booking.ErrorObject()));
-    }
-  }
+  AddItems(sale, booking);
 }
+
+void FillReport(const Sale& sale, VnZEL10cmn::clsZelReport& report) { AddItems(sale, report); }
 
 }  // namespace zel

@@ -169,6 +169,26 @@ std::string Hex(std::span<const std::uint8_t> bytes) {
   return text;
 }
 
+std::string PadLeft(const std::string& text, std::size_t width) {
+  return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+std::string PadRight(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
+}
+
+std::string LifeCycleName(VnZEL10cmn::ZelLifeCycle state) {
+  using VnZEL10cmn::ZelLifeCycle;
+  switch (state) {
+    case ZelLifeCycle::Initialized: return "initialized";
+    case ZelLifeCycle::Personalized: return "personalized";
+    case ZelLifeCycle::Activated: return "activated";
+    case ZelLifeCycle::Deactivated: return "deactivated";
+    default: return "undefined";
+  }
+}
+
 std::string UnixLines(std::string_view text) {
   std::string lines;
   lines.reserve(text.size());

@@ -37,6 +37,13 @@ std::string FormatDateTime(VnZEL10cmn::Date date);
 /// Upper-case hexadecimal digits, two per byte.
 std::string Hex(std::span<const std::uint8_t> bytes);
 
+/// The text with blanks around it up to that many characters, of which each is a byte.
+std::string PadLeft(const std::string& text, std::size_t width);
+std::string PadRight(std::string text, std::size_t width);
+
+/// "activated" and so on.
+std::string LifeCycleName(VnZEL10cmn::ZelLifeCycle state);
+
 /// The text with every CR LF as LF.
 std::string UnixLines(std::string_view text);
 

@@ -31,6 +31,14 @@ CLI::Option* AddOptional(CLI::App& command, const std::string& name, std::option
       ->type_name(typeName);
 }
 
+/// The commands chosen, each with a blank behind it.
+std::string CommandLine(const CLI::App& app) {
+  std::string line;
+  for (const CLI::App* chosen : app.get_subcommands())
+    line += chosen->get_name() + " " + CommandLine(*chosen);
+  return line;
+}
+
 void AddSign(CLI::App& app, zel::SignOptions& options) {
   CLI::App* const command = app.add_subcommand(
       "sign",
@@ -59,13 +67,16 @@ void AddSign(CLI::App& app, zel::SignOptions& options) {
   command->callback([&options] { zel::RunSign(options); });
 }
 
-void AddReceipt(CLI::App& app, std::string& document) {
-  CLI::App* const command = app.add_subcommand("receipt", "Prints the receipt of a booking's XML document");
+void AddReceipt(CLI::App& app, std::string& document, bool& wide) {
+  CLI::App* const command = app.add_subcommand(
+      "receipt", "Prints the receipt of a booking's or data record's XML document, or a report as a table");
   command->add_option("DOCUMENT", document, "The XML document, or - for standard input")
       ->required()
       ->type_name("");
-  command->footer(std::string("\nExample:\n  zel receipt sale.xml\n\n") + kStatuses);
-  command->callback([&document] { zel::RunReceipt(document); });
+  command->add_flag("--wide", wide, "A report as the library writes it, 164 columns wide");
+  command->footer(std::string("\nExamples:\n  zel receipt sale.xml\n  zel receipt closing.xml --wide\n\n") +
+                  kStatuses);
+  command->callback([&document, &wide] { zel::RunReceipt(document, wide); });
 }
 
 void AddDump(CLI::App& app, std::string& file, bool& json) {
@@ -90,7 +101,7 @@ void AddDump(CLI::App& app, std::string& file, bool& json) {
 void AddVerify(CLI::App& app, zel::VerifyOptions& options) {
   CLI::App* const command = app.add_subcommand(
       "verify",
-      "Checks that items, item hash, request, response and signature of a document belong together");
+      "Checks that all that a booking's, report's or data record's document holds belongs together");
   command->add_option("DOCUMENT", options.document, "The XML document, or - for standard input")
       ->required()
       ->type_name("");
@@ -98,13 +109,17 @@ void AddVerify(CLI::App& app, zel::VerifyOptions& options) {
       AddOptional(*command, "--device", options.device, "The device that signed it", "FILE");
   AddOptional(*command, "--key", options.key, "Its public key, as zel key prints it", "PEM")
       ->excludes(device);
+  AddOptional(*command, "--data", options.data, "Of a data record: check that this file is what was signed",
+              "FILE");
   command->add_flag("--json", options.json, "Write JSON for programs");
   command->footer(
       std::string("\nThe first thing that is not right is named: document, items, item hash, request, "
-                  "response or signature.\n\n"
+                  "data, response\nor signature. Unsigned reports have no signature that could be right.\n\n"
                   "Examples:\n"
                   "  zel verify sale.xml\n"
-                  "  zel verify sale.xml --key till1.pem --json\n\n") +
+                  "  zel verify sale.xml --key till1.pem --json\n"
+                  "  zel verify closing.xml\n"
+                  "  zel verify log.txt.xml --data log.txt\n\n") +
       kDeviceFile + kStatuses);
   command->callback([&options] { zel::RunVerify(options); });
 }
@@ -119,7 +134,7 @@ void AddKey(CLI::App& app, std::optional<std::filesystem::path>& device) {
 
 void AddDay(CLI::App& app, zel::DayOptions& options) {
   CLI::App* const command = app.add_subcommand(
-      "day", "Signs all sales of a folder, reads the documents back, verifies them and prints the totals");
+      "day", "Signs all sales of a folder, verifies the documents, prints the totals and closes the day");
   command
       ->add_option("FOLDER", options.sales, "The folder; its *.json are signed in the order of their names")
       ->required()
@@ -130,32 +145,144 @@ void AddDay(CLI::App& app, zel::DayOptions& options) {
   AddOptional(*command, "--device", options.device,
               "The device file; default: device.db in the documents' folder", "FILE");
   command->add_flag("--force,-f", options.force, "Overwrite documents that exist");
-  command->footer(std::string("\nExample:\n  zel day examples/day --out build/demo\n\n") + kStatuses);
+  command->add_flag("--wide", options.wide, "The closing as the library writes it, 164 columns wide");
+  command->footer(
+      std::string("\nThe day ends with a signed closing, closing.xml, whose turnover has to be that of the "
+                  "bookings.\n\n"
+                  "Example:\n  zel day examples/day --out build/demo\n\n") +
+      kStatuses);
   command->callback([&options] { zel::RunDay(options); });
 }
 
+void AddDevice(CLI::App& app, zel::DeviceInitOptions& init, std::optional<std::filesystem::path>& device,
+               bool& json) {
+  CLI::App* const command = app.add_subcommand("device", "Makes a software signing device, or shows one");
+  command->require_subcommand(1);
+  constexpr const char* kExamples =
+      "\nExamples:\n"
+      "  zel device init --taxpayer DE123456789 --number 1 --pin 271828 --device till1.db\n"
+      "  zel report --activate 271828 --device till1.db\n"
+      "  zel device show --device till1.db\n\n";
+  command->footer(std::string(kExamples) + kDeviceFile + kStatuses);
+
+  CLI::App* const make = command->add_subcommand("init", "Makes a software signing device");
+  AddOptional(*make, "--device", init.device, "The device file, which must not exist yet", "FILE");
+  make->add_option("--taxpayer", init.taxpayer, "The taxpayer ID, 1 to 32 characters")
+      ->required()
+      ->type_name("ID");
+  make->add_option("--number", init.number, "The device's running number for that taxpayer")
+      ->required()
+      ->type_name("N");
+  make->add_option("--pin", init.pin, "The transport PIN that will activate it, six digits")
+      ->required()
+      ->type_name("PIN");
+  make->add_flag("--activate", init.activate, "Activate it at once");
+  make->footer(std::string(kExamples) + kDeviceFile + kStatuses);
+  make->callback([&init] { zel::RunDeviceInit(init); });
+
+  CLI::App* const show =
+      command->add_subcommand("show", "Shows identity, state, last numbers and what no closing covers yet");
+  AddOptional(*show, "--device", device, "The device file", "FILE");
+  show->add_flag("--json", json, "Write JSON for programs");
+  show->footer(std::string(kExamples) + kDeviceFile + kStatuses);
+  show->callback([&device, &json] { zel::RunDeviceShow(device, json); });
+}
+
+void AddReport(CLI::App& app, zel::ReportOptions& options) {
+  CLI::App* const command =
+      app.add_subcommand("report", "Has the device answer a report (closing) and prints it as a table");
+  command->add_flag("--signed", options.signedReport, "Close: what was signed since the last closing");
+  command->add_flag("--unsigned", options.unsignedReport, "Show what a closing would cover now");
+  AddOptional(*command, "--span", options.span, "Add up whole months, by the date of the bookings",
+              "MONTH..MONTH");
+  AddOptional(*command, "--activate", options.pin, "Activate a new device with its transport PIN", "PIN");
+  command->add_flag("--deactivate", options.deactivate,
+                    "Close for the last time; nothing can be signed then");
+  command
+      ->add_option_function<std::uint32_t>(
+          "--resume", [&options](std::uint32_t number) { options.resume = number; },
+          "Close nothing: show (and write) what the device signed before as report NUMBER")
+      ->type_name("NUMBER");
+  AddOptional(*command, "--device", options.device, "The device file", "FILE");
+  AddOptional(*command, "--date", options.date, "Date and time of the report; default: now", "TIME");
+  AddOptional(*command, "--items", options.items, "Report items: those of this sale, with --signed", "SALE");
+  AddOptional(*command, "--out,-o", options.out, "Write the XML document too", "FILE");
+  command->add_flag("--force,-f", options.force, "Overwrite the document if it exists");
+  command->add_flag("--wide", options.wide, "The report as the library writes it, 164 columns wide");
+  command->footer(
+      std::string(
+          "\nThe library doesn't import the document of a report without items again (error 9302); zel "
+          "receipt,\nverify and dump read it all the same.\n\n"
+          "Examples:\n"
+          "  zel report --signed --out closing.xml\n"
+          "  zel report --unsigned --wide\n"
+          "  zel report --span 2026-01..2026-03\n"
+          "  zel report --activate 271828 --device till1.db --date 2026-11-21T08:05\n\n") +
+      kDeviceFile + kStatuses);
+  command->callback([&options] { zel::RunReport(options); });
+}
+
+void AddSignData(CLI::App& app, zel::SignDataOptions& options) {
+  CLI::App* const command = app.add_subcommand(
+      "sign-data", "Signs a file's bytes, whatever they are, writes the XML document and prints the receipt");
+  command->add_option("FILE", options.file, "The data, or - for standard input")->required()->type_name("");
+  command
+      ->add_option(
+          "--type", options.type,
+          "only: the data alone; id (default): with the taxpayer ID; time: with date and time as well")
+      ->type_name("TYPE");
+  AddOptional(*command, "--date", options.date, "Date and time, with --type time; default: now", "TIME");
+  AddOptional(*command, "--device", options.device, "The device file; made on first use", "FILE");
+  AddOptional(*command, "--out,-o", options.out,
+              "The document; default: the data's name with .xml behind it, in this folder", "FILE");
+  command->add_flag("--force,-f", options.force, "Overwrite the document if it exists");
+  command
+      ->add_option_function<std::uint32_t>(
+          "--resume", [&options](std::uint32_t number) { options.resume = number; },
+          "Sign nothing: write the document of this data, which the device signed before under NUMBER")
+      ->type_name("NUMBER");
+  command->footer(
+      std::string("\nThe document holds the data's hash, not the data: keep both.\n\n"
+                  "Examples:\n"
+                  "  zel sign-data log.txt                    writes log.txt.xml, prints the receipt\n"
+                  "  zel sign-data log.txt --type time --out signed/log.xml\n"
+                  "  zel verify log.txt.xml --data log.txt\n\n") +
+      kDeviceFile + kStatuses);
+  command->callback([&options] { zel::RunSignData(options); });
+}
+
 int Run(int argc, char** argv) {
-  CLI::App app("Signs sales with a software signing device and reads, shows and verifies what was signed",
+  CLI::App app("Signs sales, closings and data with a software signing device, and shows and verifies them",
                "zel");
   app.set_version_flag("--version", "zel " ZEL_VERSION);
   app.require_subcommand(1);
   app.footer(std::string("\nExamples:\n"
                          "  zel sign sale.json\n"
                          "  zel verify sale.xml\n"
+                         "  zel report --signed\n"
                          "  zel dump --help\n\n") +
              kStatuses);
 
   zel::SignOptions sign;
   zel::VerifyOptions verify;
   zel::DayOptions day;
+  zel::DeviceInitOptions init;
+  zel::ReportOptions report;
+  zel::SignDataOptions signData;
   std::string document;
   std::string file;
   bool json = false;
+  bool wide = false;
+  bool showJson = false;
   std::optional<std::filesystem::path> device;
+  std::optional<std::filesystem::path> shownDevice;
   AddSign(app, sign);
-  AddReceipt(app, document);
+  AddSignData(app, signData);
+  AddReport(app, report);
+  AddReceipt(app, document, wide);
   AddDump(app, file, json);
   AddVerify(app, verify);
+  AddDevice(app, init, shownDevice, showJson);
   AddKey(app, device);
   AddDay(app, day);
 
@@ -173,7 +300,7 @@ int Run(int argc, char** argv) {
       const std::string word = argc > 1 ? argv[1] : "";
       reason = word.empty() ? "name a command" : "there is no command or option '" + word + "'";
     }
-    zel::Say(reason + " (see zel " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help)");
+    zel::Say(reason + " (see zel " + CommandLine(app) + "--help)");
     return static_cast<int>(ExitStatus::Usage);
   }
   return static_cast<int>(ExitStatus::Ok);

@@ -2,6 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <sstream>
 
 #include "Program.h"
 
@@ -12,6 +15,15 @@ using testing::HasSubstr;
 void WriteSale(const test::Desk& desk, const std::string& name, const std::string& members,
                const std::string& items) {
   desk.WriteFile("sales/" + name, "{\"operator\": \"Meier\", " + members + ", \"items\": [" + items + "]}");
+}
+
+/// Changes a device behind its back.
+void Tamper(const std::string& device, const std::string& sql) {
+  sqlite3* database = nullptr;
+  ASSERT_EQ(sqlite3_open(device.c_str(), &database), SQLITE_OK);
+  EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
+      << sqlite3_errmsg(database);
+  sqlite3_close(database);
 }
 
 class Day : public testing::Test {
@@ -42,24 +54,44 @@ TEST_F(Day, EndsWithTheLastReceiptAndTheTotals) {
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(outcome.out, HasSubstr("    Belegdatum .............: 21.11.2026 08:05\n"));
   EXPECT_THAT(outcome.out,
-              testing::EndsWith("\n6 documents written to out, read back and verified\n\n"
-                                "VAT class, rate, prices             bookings      turnover           VAT\n"
-                                "------------------------------------------------------------------------\n"
-                                "A   16.00 %  with tax                      1        116.00         16.00\n"
-                                "A   19.00 %  with tax                      2        117.81         18.81\n"
-                                "A   19.00 %  without tax                   1        100.00         19.00\n"
-                                "B    7.00 %  with tax                      1         10.70          0.70\n"
-                                "D    0.00 %  with tax                      1          5.00          0.00\n"
-                                "------------------------------------------------------------------------\n"
-                                "Sales, with tax                            4        368.51         54.51\n"
-                                "  of these third-party business            1          5.00             -\n"
-                                "Delivery notes (not in the above)          1         21.40          1.40\n"
-                                "Training (not in the above)                1         11.90          1.90\n"
-                                "------------------------------------------------------------------------\n"
-                                "All bookings                               6   sequence numbers 1 to 6\n"));
-  for (const char* name : {"out/1.xml", "out/6.xml", "out/device.db"})
+              HasSubstr("\n6 documents written to out, read back and verified\n\n"
+                        "VAT class, rate, prices             bookings      turnover           VAT\n"
+                        "------------------------------------------------------------------------\n"
+                        "A   16.00 %  with tax                      1        116.00         16.00\n"
+                        "A   19.00 %  with tax                      2        117.81         18.81\n"
+                        "A   19.00 %  without tax                   1        100.00         19.00\n"
+                        "B    7.00 %  with tax                      1         10.70          0.70\n"
+                        "D    0.00 %  with tax                      1          5.00          0.00\n"
+                        "------------------------------------------------------------------------\n"
+                        "Sales, with tax                            4        368.51         54.51\n"
+                        "  of these third-party business            1          5.00             -\n"
+                        "Delivery notes (not in the above)          1         21.40          1.40\n"
+                        "Training (not in the above)                1         11.90          1.90\n"
+                        "------------------------------------------------------------------------\n"
+                        "All bookings                               6   sequence numbers 1 to 6\n"));
+  EXPECT_THAT(outcome.out,
+              HasSubstr("Report number ......: 2\n"
+                        "Sequence numbers ...: 1 to 6\n"
+                        "\n"
+                        "container                  turnover   of it negative              VAT    rate\n"
+                        "-----------------------------------------------------------------------------\n"
+                        "A standard                   333.81             1.19            53.81  16.00%!\n"
+                        "B reduced                     10.70             0.00             0.70   7.00%\n"
+                        "C second reduced               0.00             0.00             0.00   0.00%\n"
+                        "D no VAT                       5.00             0.00             0.00   0.00%\n"
+                        "E special                      0.00             0.00             0.00   0.00%\n"
+                        "F second special               0.00             0.00             0.00   0.00%\n"
+                        "-----------------------------------------------------------------------------\n"
+                        "Third-party                    5.00             0.00             0.00       -\n"
+                        "Delivery notes                21.40             0.00             1.40       -\n"
+                        "Training                      11.90             0.00             1.90       -\n"));
+  EXPECT_THAT(outcome.out, testing::EndsWith("\nThe closing in out/closing.xml is verified;\n"
+                                             "in all 9 containers its turnover is that of the bookings\n"));
+  for (const char* name : {"out/1.xml", "out/6.xml", "out/closing.xml", "out/device.db"})
     EXPECT_TRUE(desk_.Exists(name));
   EXPECT_EQ(desk_.Zel({"verify", "out/4.xml", "--device", "out/device.db"}).status, 0);
+  EXPECT_EQ(desk_.Zel({"verify", "out/closing.xml", "--device", "out/device.db"}).out,
+            "out/closing.xml: all is right, report 2 of taxpayer SOFTWARE-DEVICE-TEST, device 1\n");
 }
 
 TEST_F(Day, ShowsALinePerStepWhereThereIsNoTerminal) {
@@ -83,7 +115,57 @@ TEST_F(Day, DoesNotOverwriteWithoutForceAndGoesOnCounting) {
   EXPECT_THAT(refused.err, testing::EndsWith("zel: 'out/1.xml' exists already (--force overwrites it)\n"));
   const test::Outcome forced = desk_.Zel({"day", "sales", "--out", "out", "--force"});
   EXPECT_EQ(forced.status, 0);
-  EXPECT_THAT(forced.out, testing::EndsWith("sequence numbers 7 to 12\n"));
+  EXPECT_THAT(forced.out, HasSubstr("sequence numbers 7 to 12\n"));
+}
+
+TEST_F(Day, NoLineOfTheClosingIsWiderThan80ColumnsUnlessAsked) {
+  const test::Outcome outcome = desk_.Zel({"day", "sales", "--out", "out"});
+  std::istringstream closing(outcome.out.substr(outcome.out.find("\nClosing\n")));
+  for (std::string line; std::getline(closing, line);)
+    EXPECT_LE(line.size(), 80U) << line;
+  const test::Outcome wide = desk_.Zel({"day", "sales", "--out", "wide", "--wide"});
+  EXPECT_THAT(wide.out, HasSubstr("\n      TAGESABSCHLUSS\n    -================-\n"));
+  EXPECT_THAT(wide.out,
+              HasSubstr("    Umsatz                 |       333,81 |        10,70 |         0,00 |"));
+}
+
+TEST_F(Day, BeginsOnlyWhenEverythingBeforeIsClosed) {
+  ASSERT_EQ(desk_.Zel({"sign", "sale.json", "--device", "till.db"}).status, 0);
+  const test::Outcome refused = desk_.Zel({"day", "sales", "--out", "out", "--device", "till.db"});
+  EXPECT_EQ(refused.status, 3);
+  EXPECT_THAT(
+      refused.err,
+      testing::EndsWith("zel: the device 'till.db' has signed up to number 1, and no closing covers "
+                        "what follows number 0: close it with 'zel report --signed --device till.db'\n"));
+  ASSERT_EQ(desk_.Zel({"report", "--signed", "--device", "till.db"}).status, 0);
+  EXPECT_EQ(desk_.Zel({"day", "sales", "--out", "out", "--device", "till.db"}).status, 0);
+}
+
+TEST_F(Day, ASaleCantTakeTheNameOfTheClosing) {
+  WriteSale(desk_, "closing.json", R"("date": "2026-11-21T08:05")",
+            R"({"name": "Tee", "price": "1", "class": "A"})");
+  const test::Outcome outcome = desk_.Zel({"day", "sales", "--out", "out"});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.err, "zel: a sale 'closing.json' and the day's closing would share a document\n");
+  EXPECT_FALSE(desk_.Exists("out"));
+}
+
+// The device loses a cent at its sixth booking.
+TEST_F(Day, FailsLoudlyWhenTheClosingIsNotTheDay) {
+  ASSERT_EQ(desk_
+                .Zel({"device", "init", "--device", "till.db", "--taxpayer", "DE1", "--number", "1", "--pin",
+                      "271828", "--activate"})
+                .status,
+            0);
+  Tamper(desk_.File("till.db"),
+         "CREATE TRIGGER lose AFTER INSERT ON signed_request BEGIN UPDATE total SET turnover = turnover - 1 "
+         "WHERE month = 0 AND container = 225 AND NEW.sequence_number = 6; END");
+  const test::Outcome outcome = desk_.Zel({"day", "sales", "--out", "out", "--device", "till.db"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(outcome.err,
+              testing::EndsWith("zel: 'out/closing.xml': the closing's turnover in 'A standard' is "
+                                "333.80, the bookings have 333.81\n"));
+  EXPECT_THAT(outcome.out, HasSubstr("A standard                   333.80"));
 }
 
 TEST_F(Day, NeedsAFolderWithSales) {
@@ -100,6 +182,7 @@ TEST(ExampleDay, HoldsAtLeastSixtySalesThatAreAllSignedAndVerified) {
   const test::Desk desk;
   const test::Outcome outcome = desk.Zel({"day", VNZEL_SOURCE_DIR "/examples/day", "--out", "out"});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, testing::EndsWith("in all 9 containers its turnover is that of the bookings\n"));
   EXPECT_THAT(outcome.out, HasSubstr("69 documents written to out, read back and verified\n"));
   // Added up from the sale files by other means.
   EXPECT_THAT(outcome.out,

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "VnZEL10cmn/VnZEL10cmn.h"
+#include "tools/Console.h"
+#include "tools/ExitStatus.h"
+#include "tools/Files.h"
+#include "tools/Text.h"
+
+/// What several commands have in common.
+namespace zel {
+
+/// Runs `body` and puts the file's name in front of what is wrong with its content.
+template <typename Body>
+auto About(const std::filesystem::path& file, Body&& body) {
+  try {
+    return body();
+  } catch (const Failure& failure) {
+    if (failure.Status() != ExitStatus::NotRight) throw;
+    throw Failure(failure.Status(),
+                  (file == kStandardInput ? "standard input" : Quoted(file)) + ": " + failure.what());
+  }
+}
+
+void MakeFolder(const std::filesystem::path& folder);
+
+/// Even --force must not replace what the document is made from.
+void ExpectOtherFile(const std::filesystem::path& out, const std::filesystem::path& input);
+
+void SayUncertified(const std::filesystem::path& device);
+
+/// Prints the library's text of a booking, report or data record.
+template <typename Object>
+void PrintText(Object& object) {
+  std::string text = UnixLines(object.ToString());
+  if (object.HasError()) throw Failure(ExitStatus::NotRight, Describe(object.ErrorObject()));
+  if (!text.ends_with('\n')) text += '\n';
+  Print(text);
+}
+
+/// Prints a report as a table, or (`wide`) as the library's own text.
+void PrintReport(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
+                 VnZEL10cmn::clsZelReport& report, bool wide);
+
+/// At least as many bytes as the document of a report without items or of a data record takes.
+inline constexpr std::size_t kSmallDocument = 4096;
+
+}  // namespace zel

@@ -1,0 +1,111 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "tools/Commands.h"
+#include "tools/Common.h"
+#include "tools/Report.h"
+#include "tools/Signer.h"
+
+namespace zel {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string StateName(const softdevice::DeviceState& state) {
+  return LifeCycleName(VnZEL10cmn::ZelLifeCycle{static_cast<std::int32_t>(state.lifeCycle)});
+}
+
+void CheckIdentity(const DeviceInitOptions& options) {
+  constexpr std::size_t kMaxTaxpayer = 32;
+  constexpr std::size_t kPinLength = 6;
+  const auto isShown = [](char character) { return character >= ' ' && character <= '~'; };
+  const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+  const std::string& taxpayer = options.taxpayer;
+  if (taxpayer.empty() || taxpayer.size() > kMaxTaxpayer ||
+      !std::all_of(taxpayer.begin(), taxpayer.end(), isShown)) {
+    throw Failure(ExitStatus::Usage, "the taxpayer ID must have 1 to 32 characters, only ASCII, no umlauts");
+  }
+  if (options.number == 0) throw Failure(ExitStatus::Usage, "the running number must be at least 1");
+  if (options.pin.size() != kPinLength || !std::all_of(options.pin.begin(), options.pin.end(), isDigit)) {
+    throw Failure(ExitStatus::Usage, "the transport PIN must be six digits");
+  }
+}
+
+nlohmann::ordered_json ToJson(const softdevice::Total& total) {
+  // In cents, as a double has no cents.
+  return {{"container", total.container},    {"name", ContainerTitle(total.container)},
+          {"turnoverCents", total.turnover}, {"negativeCents", total.turnoverNegative},
+          {"vatCents", total.vat},           {"rateHundredths", total.vatRate},
+          {"bookings", total.bookings},      {"overflow", total.overflow},
+          {"rateChanged", total.vatChanged}};
+}
+
+std::string ToText(const softdevice::Device& device, const softdevice::DeviceState& state,
+                   const fs::path& path) {
+  constexpr std::size_t kNameWidth = 27;
+  std::string text;
+  const auto line = [&text](std::string name, const std::string& value) {
+    name += ' ';
+    name.resize(kNameWidth, '.');
+    text += name + ": " + OneLine(value) + "\n";
+  };
+  const auto number = [](std::uint32_t last) { return last == 0 ? "none" : std::to_string(last); };
+  line("Device file", path.string());
+  line("Taxpayer", device.TaxpayerId());
+  line("Running number", std::to_string(device.RunningNumber()));
+  line("State", StateName(state) + (state.IsLocked() ? ", locked after wrong transport PINs" : ""));
+  if (state.lifeCycle == softdevice::LifeCycle::Personalized) {
+    line("Wrong transport PINs", std::to_string(state.wrongPins));
+  }
+  line("Last sequence number", number(state.lastSequenceNumber));
+  line("Last report number", number(state.lastReportNumber));
+  line("Closed up to number", number(state.lastReportedNumber));
+  return text + "\nSince the last closing:\n\n" + TotalsToText(device.OpenTotals());
+}
+
+std::string ToJson(const softdevice::Device& device, const softdevice::DeviceState& state,
+                   const fs::path& path) {
+  nlohmann::ordered_json root = {{"file", path.string()},
+                                 {"taxpayerId", device.TaxpayerId()},
+                                 {"runningNumber", device.RunningNumber()},
+                                 {"state", StateName(state)},
+                                 {"wrongPins", state.wrongPins},
+                                 {"locked", state.IsLocked()},
+                                 {"lastSequenceNumber", state.lastSequenceNumber},
+                                 {"lastReportNumber", state.lastReportNumber},
+                                 {"closedUpToNumber", state.lastReportedNumber}};
+  auto& totals = root["openTotals"] = nlohmann::ordered_json::array();
+  for (const softdevice::Total& total : device.OpenTotals())
+    totals.push_back(ToJson(total));
+  return root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace
+
+void RunDeviceInit(const DeviceInitOptions& options) {
+  CheckIdentity(options);
+  const fs::path path = options.device ? *options.device : DefaultDevicePath();
+  std::error_code ignored;
+  if (fs::exists(path, ignored)) throw Failure(ExitStatus::Trouble, Quoted(path) + " exists already");
+  if (!options.device) MakeFolder(path.parent_path());
+  const softdevice::Device device = MakeDevice(path, {.create = true,
+                                                      .taxpayerId = options.taxpayer,
+                                                      .runningNumber = options.number,
+                                                      .transportPin = options.pin,
+                                                      .activate = options.activate});
+  Say("made the software signing device " + Quoted(path) + " for taxpayer " + device.TaxpayerId() +
+      ", number " + std::to_string(device.RunningNumber()) + ", " + StateName(device.State()) +
+      (options.activate ? "" : ": 'zel report --activate PIN' activates it"));
+  SayUncertified(path);
+}
+
+void RunDeviceShow(const std::optional<fs::path>& device, bool json) {
+  const fs::path path = device ? *device : DefaultDevicePath();
+  const softdevice::Device opened = OpenDevice(path);
+  const softdevice::DeviceState state = opened.State();
+  Print(json ? ToJson(opened, state, path) : ToText(opened, state, path));
+}
+
+}  // namespace zel
