@@ -32,11 +32,12 @@ std::vector<std::string> Blocks(const std::string& page, std::string_view langua
   return blocks;
 }
 
-// The example is built and run by a test of its own, so that what a reader copies from the page works.
-TEST(GettingStarted, CodeIsTheExample) {
+// The examples are built and run by tests of their own, so that what a reader copies from the page works.
+TEST(GettingStarted, CodeIsTheExamples) {
   const std::vector<std::string> blocks = Blocks(Page(), "cpp");
-  ASSERT_EQ(blocks.size(), 1U);
+  ASSERT_EQ(blocks.size(), 2U);
   EXPECT_EQ(blocks[0], test::ReadFile(kSource + "/examples/first_booking.cpp"));
+  EXPECT_EQ(blocks[1], test::ReadFile(kSource + "/examples/first_closing.cpp"));
 }
 
 TEST(GettingStarted, LinksLeadSomewhere) {

@@ -21,9 +21,11 @@
 #include "VnZEL10cmn/booking/clsZelTransAct.h"
 #include "VnZEL10cmn/booking/clsZelVatList.h"
 #include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/datarecord/clsZelTransActData.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/clsZelItemList.h"
+#include "VnZEL10cmn/report/clsZelReport.h"
 #include "tests/support/Hex.h"
 #include "tests/support/TempFile.h"
 
@@ -106,7 +108,13 @@ TEST(RecordFormat, HasItsExamplesAndNoOthers) {
                                           "container",
                                           "container-response",
                                           "booking-request",
-                                          "booking-response"};
+                                          "booking-response",
+                                          "report-request",
+                                          "report-request-months",
+                                          "report-request-activation",
+                                          "report-response",
+                                          "data-request",
+                                          "data-response"};
   std::set<std::string> found;
   for (const auto& [name, bytes] : Examples()) {
     found.insert(name);
@@ -495,6 +503,160 @@ TEST(RecordFormat, BookingResponseExample) {
   ByteArray kept = ByteArray::WithBounds(0, response.UBound());
   ASSERT_TRUE(booking.BinaryDataGet(ZELSerialType::Response, kept, 0));
   EXPECT_EQ(ToHex(kept), ToHex(response));
+}
+
+// Reports
+
+// The request as the library writes it.
+std::string ReportRequest(clsZelReport& report, ZelReportType type) {
+  ByteArray request;
+  EXPECT_TRUE(report.BinaryDataGet(ZELSerialType::Request, request, 0, type))
+      << report.ErrorObject().ErrorMsg();
+  return ToHex(request);
+}
+
+TEST(RecordFormat, ReportRequestExamples) {
+  clsZelReport closing;
+  closing.ReportDate(Date::FromCivil(2026, 12, 31, 18, 30));
+  ASSERT_TRUE(closing.AddItem(Rolls()));
+  ASSERT_TRUE(closing.AddItem(Lottery()));
+  EXPECT_EQ(ReportRequest(closing, ZelReportType::Signed), ToHex(Example("report-request")));
+
+  clsZelReport months;
+  months.ReportDate(Date::FromCivil(2026, 12, 31, 18, 30));
+  months.SpanMonthFrom(Date::FromCivil(2026, 10, 15));
+  months.SpanMonthUpTo(Date::FromCivil(2026, 12, 1));
+  EXPECT_EQ(ReportRequest(months, ZelReportType::Span), ToHex(Example("report-request-months")));
+
+  clsZelReport activation;
+  activation.ReportDate(Date::FromCivil(2026, 12, 31, 8, 0));
+  activation.TransportPIN("271828");
+  EXPECT_EQ(ReportRequest(activation, ZelReportType::ActivateZEL),
+            ToHex(Example("report-request-activation")));
+}
+
+TEST(RecordFormat, ReportsThatAreDateAndTimeAlone) {
+  const std::string dateAndTime = ToHex(Example("report-request")).substr(0, 29);
+  for (const ZelReportType type :
+       {ZelReportType::Signed, ZelReportType::Unsigned, ZelReportType::DeactivateZEL}) {
+    clsZelReport report;
+    report.ReportDate(Date::FromCivil(2026, 12, 31, 18, 30));
+    EXPECT_EQ(ReportRequest(report, type), dateAndTime);
+  }
+}
+
+TEST(RecordFormat, ReportRequestExamplesAreRead) {
+  clsZelReport closing;
+  ASSERT_TRUE(closing.BinaryDataSet(ZELSerialType::Request, Example("report-request"), 0))
+      << closing.ErrorObject().ErrorMsg();
+  EXPECT_EQ(closing.ReportDate(), Date::FromCivil(2026, 12, 31, 18, 30));
+  clsZelReport months;
+  ASSERT_TRUE(months.BinaryDataSet(ZELSerialType::Request, Example("report-request-months"), 0));
+  EXPECT_EQ(months.SpanMonthFrom(), Date::FromCivil(2026, 10, 1));
+  EXPECT_EQ(months.SpanMonthUpTo(), Date::FromCivil(2026, 12, 31, 23, 59, 59));
+  clsZelReport activation;
+  ASSERT_TRUE(activation.BinaryDataSet(ZELSerialType::Request, Example("report-request-activation"), 0));
+  EXPECT_EQ(activation.TransportPIN(), "271828");
+}
+
+const std::string kExampleSignature =
+    "AAECAwQFBgcICQoLDA0ODxAREhMUFRYXGBkaGxwdHh8gISIjJCUmJygpKissLS4vMDEyMzQ1Njc4OTo7PD0+Pw==";
+
+TEST(RecordFormat, ReportResponseExampleIsReadInEitherOrder) {
+  const ByteArray response = Example("report-response");
+  std::vector<Part> parts = Parts(response);
+  ASSERT_EQ(parts.size(), 10U);
+  std::reverse(parts.begin(), parts.end());
+  for (const ByteArray& bytes : {response, test::FromHex(Joined(parts))}) {
+    clsZelReport report;
+    ASSERT_TRUE(report.BinaryDataSet(ZELSerialType::Response, bytes, 0)) << report.ErrorObject().ErrorMsg();
+    EXPECT_EQ(report.ZelStatus(), ZelLifeCycle::Activated);
+    EXPECT_EQ(report.TpID(), "DE123456789");
+    EXPECT_EQ(report.TpIdNbr(), Currency(1));
+    EXPECT_EQ(report.SequenceNbr(), Currency(2));
+    EXPECT_EQ(report.TransSeqNrFirst(), Currency(1));
+    EXPECT_EQ(report.TransSeqNrLast(), Currency(256));
+    EXPECT_EQ(report.Container(1)->Turnover(), Currency(100));
+    EXPECT_EQ(report.Container(1)->VAT(), Currency::FromScaled(159700));
+    EXPECT_EQ(report.Container(1)->VATrate(), Currency(19));
+    EXPECT_TRUE(report.Container(1)->VATchange());
+    EXPECT_FALSE(report.Container(1)->OverflowTO());
+    EXPECT_EQ(report.ContainerThrdParty()->Turnover(), Currency(5));
+    EXPECT_EQ(report.ContainerDelivery()->Turnover(), Currency(0));
+    EXPECT_EQ(report.Signature(), kExampleSignature);
+  }
+}
+
+TEST(RecordFormat, ReportResponseKeepsWhatItLacksAndRefusesOtherTags) {
+  clsZelReport report;
+  ASSERT_TRUE(report.BinaryDataSet(ZELSerialType::Response, Example("report-response"), 0));
+  ASSERT_TRUE(report.BinaryDataSet(ZELSerialType::Response, test::FromHex("C0 01 04"), 0));
+  EXPECT_EQ(report.ZelStatus(), ZelLifeCycle::Deactivated);
+  EXPECT_EQ(report.TpID(), "DE123456789");
+  EXPECT_EQ(report.Signature(), "");
+  EXPECT_FALSE(report.BinaryDataSet(ZELSerialType::Response, test::FromHex("CB 01 01"), 0));
+  EXPECT_EQ(report.ErrorObject().ErrorNr(), 9305);
+}
+
+// Data records
+
+// A record of the data 41 42 80 E4, dated like the example.
+void FillRecord(clsZelTransActData& record) {
+  record.TransactionDate(Date::FromCivil(2026, 12, 31, 8, 5));
+  ASSERT_TRUE(record.BinaryDataSet(ZELSerialType::BinaryData, test::FromHex("41 42 80 E4"), 0));
+}
+
+std::string DataRequest(clsZelTransActData& record) {
+  ByteArray request = ByteArray::WithBounds(0, 127);
+  std::int32_t length = 0;
+  EXPECT_TRUE(record.BinaryDataGet(ZELSerialType::Request, request, 0, &length))
+      << record.ErrorObject().ErrorMsg();
+  request.RedimPreserve(length - 1);
+  return ToHex(request);
+}
+
+TEST(RecordFormat, DataRequestExample) {
+  const std::string example = ToHex(Example("data-request"));
+  clsZelTransActData record;
+  FillRecord(record);
+  record.DataSignType(ZELDataSignTypes::DataAndTime);
+  EXPECT_EQ(DataRequest(record), example);
+  EXPECT_EQ(example.substr(36), Digest(EVP_sha256(), AsHashed(test::FromHex("41 42 80 E4"))));
+  for (const ZELDataSignTypes type : {ZELDataSignTypes::DataOnly, ZELDataSignTypes::DataAndTpID}) {
+    record.DataSignType(type);
+    EXPECT_EQ(DataRequest(record), example.substr(30));
+  }
+  clsZelTransActData sha1;
+  sha1.UseSHA256(false);
+  FillRecord(sha1);
+  EXPECT_EQ(DataRequest(sha1), "C7 14 " + Digest(EVP_sha1(), test::FromHex("41 42 80 E4")));
+}
+
+TEST(RecordFormat, DataRequestExampleIsReadInEitherOrder) {
+  const ByteArray request = Example("data-request");
+  std::vector<Part> parts = Parts(request);
+  ASSERT_EQ(parts.size(), 3U);
+  std::reverse(parts.begin(), parts.end());
+  for (const ByteArray& bytes : {request, test::FromHex(Joined(parts))}) {
+    clsZelTransActData record;
+    ASSERT_TRUE(record.BinaryDataSet(ZELSerialType::Request, bytes, 0)) << record.ErrorObject().ErrorMsg();
+    EXPECT_EQ(record.TransactionDate(), Date::FromCivil(2026, 12, 31, 8, 5));
+    EXPECT_EQ(record.DataSignType(), ZELDataSignTypes::DataAndTime);
+  }
+}
+
+TEST(RecordFormat, DataResponseExample) {
+  clsZelTransActData alone;
+  ASSERT_TRUE(alone.BinaryDataSet(ZELSerialType::Response, Example("data-response"), 0))
+      << alone.ErrorObject().ErrorMsg();
+  EXPECT_EQ(alone.ZelRespSeqNr(), Currency(257));
+  EXPECT_EQ(alone.ZelRespSignature(), kExampleSignature);
+  EXPECT_EQ(alone.DataSignType(), ZELDataSignTypes::DataOnly);
+
+  clsZelTransActData withTaxpayer;
+  ASSERT_TRUE(withTaxpayer.BinaryDataSet(ZELSerialType::Response,
+                                         test::FromHex(ToHex(Example("data-response")) + " C4 02 44 45"), 0));
+  EXPECT_EQ(withTaxpayer.DataSignType(), ZELDataSignTypes::DataAndTpID);
 }
 
 // The table of tags
