@@ -69,7 +69,7 @@ Record ReadResponse(ByteView response, std::span<const Field> fields) {
 /// Whether a request of this kind, which the device would have accepted, got this response. `kind` names it in
 /// reasons.
 Verdict Verify(Command command, std::span<const Field> fields, ByteView request, ByteView response,
-               std::string_view publicKeyPem, const std::string& kind) {
+               const PublicKey& publicKey, const std::string& kind) {
   try {
     ReadRequest(command, request);
   } catch (const Refusal& refusal) {
@@ -80,7 +80,7 @@ Verdict Verify(Command command, std::span<const Field> fields, ByteView request,
     Bytes message(request.begin(), request.end());
     const ByteView signedPart = response.first(signature.position);
     message.insert(message.end(), signedPart.begin(), signedPart.end());
-    if (!Key::FromPublicPem(publicKeyPem).Verify(message, ReadSignature(signature))) {
+    if (!publicKey.Value().Verify(message, ReadSignature(signature))) {
       return {false, "the signature doesn't belong to this request, response and public key"};
     }
     return {true, {}};
@@ -108,25 +108,38 @@ bool Has(ByteView records, std::uint8_t tag) {
 
 }  // namespace
 
+PublicKey::PublicKey(std::string_view pem) {
+  try {
+    key_ = std::make_shared<const Key>(Key::FromPublicPem(pem));
+  } catch (const KeyError& error) {
+    error_ = error.what();
+  }
+}
+
+const Key& PublicKey::Value() const {
+  if (!key_) throw KeyError(error_);
+  return *key_;
+}
+
 Verdict VerifyBooking(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
-                      std::string_view publicKeyPem) {
-  return Verify(Command::SignBooking, kWithTaxpayer, request, response, publicKeyPem, "booking");
+                      const PublicKey& publicKey) {
+  return Verify(Command::SignBooking, kWithTaxpayer, request, response, publicKey, "booking");
 }
 
 Verdict VerifyData(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
-                   std::string_view publicKeyPem) {
+                   const PublicKey& publicKey) {
   const std::string kind = "data record";
   if (Has(request, tag::kDate)) {
-    return Verify(Command::SignDataAndTime, kWithTaxpayer, request, response, publicKeyPem, kind);
+    return Verify(Command::SignDataAndTime, kWithTaxpayer, request, response, publicKey, kind);
   }
   if (Has(response, tag::kTaxpayerId)) {
-    return Verify(Command::SignDataAndTpId, kWithTaxpayer, request, response, publicKeyPem, kind);
+    return Verify(Command::SignDataAndTpId, kWithTaxpayer, request, response, publicKey, kind);
   }
-  return Verify(Command::SignDataOnly, kDataOnly, request, response, publicKeyPem, kind);
+  return Verify(Command::SignDataOnly, kDataOnly, request, response, publicKey, kind);
 }
 
 Verdict VerifyReport(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
-                     std::string_view publicKeyPem) {
+                     const PublicKey& publicKey) {
   const std::string kind = "signed report";
   if (Has(request, tag::kFirstMonth)) {
     return {false, "a report over months is not signed"};
@@ -136,10 +149,10 @@ Verdict VerifyReport(std::span<const std::uint8_t> request, std::span<const std:
     return {false, "an unsigned report is not signed"};
   }
   if (Has(request, tag::kTransportPin)) {
-    return Verify(Command::ReportActivate, kActivation, request, response, publicKeyPem, kind);
+    return Verify(Command::ReportActivate, kActivation, request, response, publicKey, kind);
   }
   // A deactivation has the same records, but for a report hash.
-  return Verify(Command::ReportSigned, kClosing, request, response, publicKeyPem, kind);
+  return Verify(Command::ReportSigned, kClosing, request, response, publicKey, kind);
 }
 
 }  // namespace softdevice

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,19 +15,37 @@ struct Verdict {
   std::string reason;  ///< the first thing that is wrong, in one line; empty when `ok`
 };
 
+class Key;
+
+/// The public key of a device, as PEM text (`Device::PublicKeyPem`) or read from it once for many verifications;
+/// several threads may use it at a time. Text that is no such key makes every verdict say so.
+class PublicKey {
+ public:
+  template <std::convertible_to<std::string_view> Pem>
+  PublicKey(const Pem& pem) : PublicKey(std::string_view(pem)) {}
+  PublicKey(std::string_view pem);
+
+  /// Throws `KeyError`.
+  [[nodiscard]] const Key& Value() const;
+
+ private:
+  std::shared_ptr<const Key> key_;
+  std::string error_;
+};
+
 /// Whether `response` is the answer that the device with this public key gave to the booking request
-/// `request`. Needs nothing but these three; any bytes end in a verdict. The key is PEM text as
-/// `Device::PublicKeyPem` gives it. Nothing else that a device signs passes for a booking.
+/// `request`. Needs nothing but these three; any bytes end in a verdict. Nothing else that a
+/// device signs passes for a booking.
 [[nodiscard]] Verdict VerifyBooking(std::span<const std::uint8_t> request,
-                                    std::span<const std::uint8_t> response, std::string_view publicKeyPem);
+                                    std::span<const std::uint8_t> response, const PublicKey& publicKey);
 
 /// The same for signed data, of all three kinds.
 [[nodiscard]] Verdict VerifyData(std::span<const std::uint8_t> request,
-                                 std::span<const std::uint8_t> response, std::string_view publicKeyPem);
+                                 std::span<const std::uint8_t> response, const PublicKey& publicKey);
 
 /// The same for closings, activations and deactivations. Reports that are not signed can't be verified, which is
 /// what the verdict on them says.
 [[nodiscard]] Verdict VerifyReport(std::span<const std::uint8_t> request,
-                                   std::span<const std::uint8_t> response, std::string_view publicKeyPem);
+                                   std::span<const std::uint8_t> response, const PublicKey& publicKey);
 
 }  // namespace softdevice
