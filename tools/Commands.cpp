@@ -51,15 +51,6 @@ std::uint32_t SignToFile(clsZelTransAct& booking, const VnZEL10cmn::ByteArray& r
   return number;
 }
 
-std::string PublicKey(const VerifyOptions& options) {
-  if (!options.key) return OpenDevice(options.device).PublicKeyPem();
-  std::string pem = ReadFile(*options.key);
-  if (pem.find("-----BEGIN PUBLIC KEY-----") == std::string::npos) {
-    throw Failure(ExitStatus::NotRight, Quoted(*options.key) + " holds no public key (PEM)");
-  }
-  return pem;
-}
-
 /// The sales of a folder, in the order of their names.
 std::vector<fs::path> SalesOf(const fs::path& folder) {
   std::vector<fs::path> sales;
@@ -78,8 +69,8 @@ std::vector<fs::path> SalesOf(const fs::path& folder) {
 }
 
 /// Throws where a document isn't right.
-void ExpectRight(const std::string& xml, const softdevice::Device& device) {
-  const Verification verification = VerifyDocument(xml, device.PublicKeyPem());
+void ExpectRight(const std::string& xml, const softdevice::PublicKey& key) {
+  const Verification verification = VerifyDocument(xml, key);
   if (!verification.IsRight()) {
     throw Failure(ExitStatus::NotRight,
                   std::string(CheckName(*verification.failed)) + ": " + verification.reason);
@@ -110,10 +101,10 @@ void CloseDay(const DaySummary& summary, softdevice::Device& device, const fs::p
   const std::string xml = ReadFile(path);
   clsZelReport read;
   About(path, [&] {
-    ExpectRight(xml, device);
+    ExpectRight(xml, device.PublicKeyPem());
     const Document parts = SplitDocument(xml);
     TakeParts(parts, read);
-    PrintReport(parts.request, parts.response, read, options.wide);
+    Print(ReportText(parts.request, parts.response, read, options.wide));
     summary.ExpectClosing(read);
   });
   Print("\nThe closing in " + OneLine(path.string()) +
@@ -153,60 +144,7 @@ void RunSign(const SignOptions& options) {
     Say("signed as booking " + std::to_string(number) + ", wrote " + Quoted(out));
   }
   SayUncertified(devicePath);
-  PrintText(booking);
-}
-
-void RunReceipt(const fs::path& document, bool wide) {
-  const std::string xml = ReadFile(document);
-  switch (GuessDocumentKind(xml)) {
-    case DocumentKind::Booking: {
-      clsZelTransAct booking;
-      About(document, [&xml, &booking] { ImportDocument(xml, booking); });
-      PrintText(booking);
-      break;
-    }
-    case DocumentKind::Data: {
-      clsZelTransActData record;
-      About(document, [&xml, &record] { ImportDocument(xml, record); });
-      PrintText(record);
-      break;
-    }
-    case DocumentKind::Report: {
-      clsZelReport report;
-      const Document parts = About(document, [&xml, &report] {
-        Document split = SplitDocument(xml);
-        TakeParts(split, report);
-        return split;
-      });
-      PrintReport(parts.request, parts.response, report, wide);
-      break;
-    }
-  }
-}
-
-void RunDump(const fs::path& file, bool json) {
-  const Dump dump = ReadDump(ReadFile(file));
-  Print(json ? DumpToJson(dump, file.string()) : DumpToText(dump));
-  if (!dump.faults.empty()) {
-    About(file, [&dump] { throw Failure(ExitStatus::NotRight, ToText(dump.faults.front())); });
-  }
-}
-
-void RunVerify(const VerifyOptions& options) {
-  const std::string xml = ReadFile(options.document);
-  const std::optional<std::string> data =
-      options.data ? std::optional(ReadFile(*options.data)) : std::nullopt;
-  const Verification verification = VerifyDocument(xml, PublicKey(options), data);
-  if (options.json) Print(VerificationToJson(verification, options.document.string()));
-  if (!verification.IsRight()) {
-    About(options.document, [&verification] {
-      throw Failure(ExitStatus::NotRight,
-                    std::string(CheckName(*verification.failed)) + ": " + verification.reason);
-    });
-  }
-  if (!options.json) {
-    Print(OneLine(options.document.string()) + ": all is right, " + DescribeSigned(verification) + "\n");
-  }
+  Print(TextOf(booking));
 }
 
 void RunKey(const std::optional<fs::path>& device) { Print(OpenDevice(device).PublicKeyPem()); }
@@ -249,11 +187,12 @@ void RunDay(const DayOptions& options) {
   DaySummary summary;
   std::unique_ptr<clsZelTransAct> last;
   {
+    const softdevice::PublicKey key = device.PublicKeyPem();
     Progress progress("verifying", documents.size());
     for (const fs::path& document : documents) {
       const std::string xml = ReadFile(document);
       About(document, [&] {
-        ExpectRight(xml, device);
+        ExpectRight(xml, key);
         last = std::make_unique<clsZelTransAct>();
         ImportDocument(xml, *last);
         summary.Add(*last);
@@ -262,7 +201,7 @@ void RunDay(const DayOptions& options) {
     }
   }
   Print("The last receipt, read back from " + OneLine(documents.back().string()) + ":\n\n");
-  PrintText(*last);
+  Print(TextOf(*last));
   Print("\n" + std::to_string(documents.size()) + " documents written to " + OneLine(options.out.string()) +
         ", read back and verified\n\n" + summary.ToText() + "\n");
   CloseDay(summary, device, closingPath, options);

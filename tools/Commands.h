@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <optional>
 
+#include "tools/Many.h"
+
 /// The commands of the program. Each throws `Failure` when it doesn't reach its end.
 namespace zel {
 
@@ -19,22 +21,21 @@ struct SignOptions {
 /// Signs a sale, writes its document and prints its receipt.
 void RunSign(const SignOptions& options);
 
-/// Prints the receipt of a document; a report as a table, or (`wide`) as the library's own text.
-void RunReceipt(const std::filesystem::path& document, bool wide);
+/// Prints receipts; reports as tables, or (`wide`) as the library's own text.
+ExitStatus RunReceipt(const InputOptions& inputs, bool wide);
 
-/// Shows the records of a file.
-void RunDump(const std::filesystem::path& file, bool json);
+/// Shows the records of files.
+ExitStatus RunDump(const InputOptions& inputs);
 
 struct VerifyOptions {
-  std::filesystem::path document;
+  InputOptions inputs;
   std::optional<std::filesystem::path> device;
   std::optional<std::filesystem::path> key;
   std::optional<std::filesystem::path> data;  ///< the file whose bytes were signed as a data record
-  bool json = false;
 };
 
-/// Verifies a document.
-void RunVerify(const VerifyOptions& options);
+/// Verifies documents.
+ExitStatus RunVerify(const VerifyOptions& options);
 
 /// Prints a device's public key.
 void RunKey(const std::optional<std::filesystem::path>& device);

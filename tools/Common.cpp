@@ -29,13 +29,9 @@ void SayUncertified(const fs::path& device) {
       " is a software device for development and tests, not a certified one");
 }
 
-void PrintReport(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
-                 VnZEL10cmn::clsZelReport& report, bool wide) {
-  if (wide) {
-    PrintText(report);
-  } else {
-    Print(ReportToText(request, response, report));
-  }
+std::string ReportText(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
+                       VnZEL10cmn::clsZelReport& report, bool wide) {
+  return wide ? TextOf(report) : ReportToText(request, response, report);
 }
 
 }  // namespace zel

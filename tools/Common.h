@@ -19,8 +19,7 @@ auto About(const std::filesystem::path& file, Body&& body) {
     return body();
   } catch (const Failure& failure) {
     if (failure.Status() != ExitStatus::NotRight) throw;
-    throw Failure(failure.Status(),
-                  (file == kStandardInput ? "standard input" : Quoted(file)) + ": " + failure.what());
+    throw Failure(failure.Status(), InputName(file) + ": " + failure.what());
   }
 }
 
@@ -31,18 +30,18 @@ void ExpectOtherFile(const std::filesystem::path& out, const std::filesystem::pa
 
 void SayUncertified(const std::filesystem::path& device);
 
-/// Prints the library's text of a booking, report or data record.
+/// The library's text of a booking, report or data record. Throws `Failure` (NotRight).
 template <typename Object>
-void PrintText(Object& object) {
+std::string TextOf(Object& object) {
   std::string text = UnixLines(object.ToString());
   if (object.HasError()) throw Failure(ExitStatus::NotRight, Describe(object.ErrorObject()));
   if (!text.ends_with('\n')) text += '\n';
-  Print(text);
+  return text;
 }
 
-/// Prints a report as a table, or (`wide`) as the library's own text.
-void PrintReport(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
-                 VnZEL10cmn::clsZelReport& report, bool wide);
+/// A report as a table, or (`wide`) as the library's own text. Throws `Failure` (NotRight).
+std::string ReportText(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
+                       VnZEL10cmn::clsZelReport& report, bool wide);
 
 /// At least as many bytes as the document of a report without items or of a data record takes.
 inline constexpr std::size_t kSmallDocument = 4096;

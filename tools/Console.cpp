@@ -39,24 +39,42 @@ void Say(std::string_view text) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-Progress::Progress(std::string_view job, std::size_t steps)
-    : job_(job), steps_(steps), onTerminal_(isatty(STDERR_FILENO) == 1) {}
+Progress::Progress(std::string_view job, std::size_t steps, Kind kind)
+    : job_(job),
+      steps_(steps),
+      hasBar_(isatty(STDERR_FILENO) == 1 && (kind == Kind::Steps || isatty(STDOUT_FILENO) == 0)),
+      hasLines_(!hasBar_ && kind == Kind::Steps) {}
 
-Progress::~Progress() {
-  if (onTerminal_ && done_ > 0) std::fputs("\r\033[K", stderr);
+Progress::~Progress() { Hide(); }
+
+void Progress::Hide() {
+  if (isShown_) std::fputs("\r\033[K", stderr);
+  isShown_ = false;
+}
+
+std::string Progress::Bar() const {
+  const std::string job = std::string(job_) + " ";
+  if (steps_ == 0) return job + std::to_string(done_);
+  constexpr std::size_t kWidth = 30;
+  const std::size_t filled = kWidth * done_ / steps_;
+  return job + "[" + std::string(filled, '#') + std::string(kWidth - filled, '.') + "] " +
+         std::to_string(done_) + "/" + std::to_string(steps_);
 }
 
 void Progress::Step(std::string_view what) {
   ++done_;
-  const std::string count = std::to_string(done_) + "/" + std::to_string(steps_);
   std::string line;
-  if (onTerminal_) {
-    constexpr std::size_t kWidth = 30;
-    const std::size_t filled = kWidth * done_ / steps_;
-    line = "\r\033[K" + std::string(job_) + " [" + std::string(filled, '#') +
-           std::string(kWidth - filled, '.') + "] " + count;
-  } else {
-    line = std::string(job_) + " " + count + " " + OneLine(what) + "\n";
+  if (hasBar_) {
+    // A terminal takes longer for a line than many a step does.
+    constexpr auto kPause = std::chrono::milliseconds(50);
+    const auto now = std::chrono::steady_clock::now();
+    if (now - lastShown_ < kPause && done_ != steps_) return;
+    lastShown_ = now;
+    isShown_ = true;
+    line = "\r\033[K" + Bar();
+  } else if (hasLines_) {
+    line = std::string(job_) + " " + std::to_string(done_) + "/" + std::to_string(steps_) + " " +
+           OneLine(what) + "\n";
   }
   std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <string>
 #include <string_view>
 
 /// Standard output for results, standard error for everything said about them.
@@ -15,10 +18,16 @@ void Print(std::string_view text);
 /// Writes "zel: ", the text on one line, and a line end to standard error.
 void Say(std::string_view text);
 
-/// The progress of a long job on standard error: a bar on a terminal, a line per step elsewhere.
+/// The progress of a long job on standard error.
 class Progress {
  public:
-  Progress(std::string_view job, std::size_t steps);
+  enum class Kind : std::uint8_t {
+    Steps,  ///< a bar on a terminal, a line per step elsewhere
+    Bulk,   ///< a bar on a terminal, unless the results go there as well; nothing elsewhere
+  };
+
+  /// `steps` is 0 when nobody knows how many there will be.
+  Progress(std::string_view job, std::size_t steps, Kind kind = Kind::Steps);
   ~Progress();
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
@@ -26,11 +35,19 @@ class Progress {
   /// One more step is done.
   void Step(std::string_view what);
 
+  /// Takes the bar away, so that a message can take its place; the next step shows it again.
+  void Hide();
+
  private:
+  [[nodiscard]] std::string Bar() const;
+
   std::string_view job_;
   std::size_t steps_;
   std::size_t done_ = 0;
-  bool onTerminal_;
+  bool hasBar_;
+  bool hasLines_;
+  bool isShown_ = false;
+  std::chrono::steady_clock::time_point lastShown_{};
 };
 
 }  // namespace zel

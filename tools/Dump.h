@@ -1,5 +1,6 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,8 +31,8 @@ struct Dump {
 /// Reads everything that can be read. Any content ends in a result.
 Dump ReadDump(std::string_view content);
 
-/// The tree for people, and as JSON for programs.
+/// The tree for people, and as an object for programs.
 std::string DumpToText(const Dump& dump);
-std::string DumpToJson(const Dump& dump, std::string_view file);
+nlohmann::ordered_json DumpToJson(const Dump& dump);
 
 }  // namespace zel

@@ -122,8 +122,8 @@ std::string DumpToText(const Dump& dump) {
   return out;
 }
 
-std::string DumpToJson(const Dump& dump, std::string_view file) {
-  Json root = {{"file", file}, {"form", FormName(dump.form)}};
+Json DumpToJson(const Dump& dump) {
+  Json root = {{"form", FormName(dump.form)}};
   Json& parts = root["parts"] = Json::array();
   for (const DumpPart& part : dump.parts) {
     Json entry = {{"kind", KindName(part.run.kind)}};
@@ -136,7 +136,7 @@ std::string DumpToJson(const Dump& dump, std::string_view file) {
   Json& faults = root["faults"] = Json::array();
   for (const Fault& fault : dump.faults)
     faults.push_back(ToJson(fault));
-  return root.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return root;
 }
 
 }  // namespace zel

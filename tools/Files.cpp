@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
-#include <memory>
 #include <system_error>
 
 #include "tools/ExitStatus.h"
@@ -16,10 +14,6 @@
 namespace zel {
 
 namespace {
-
-struct Close {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
 
 std::string Reason(int error) { return std::generic_category().message(error); }
 
@@ -34,30 +28,43 @@ void SyncFolder(const std::filesystem::path& folder) {
 
 }  // namespace
 
-std::string ReadFile(const std::filesystem::path& path) {
-  const bool fromInput = path == kStandardInput;
-  const std::string name = fromInput ? "standard input" : Quoted(path);
-  const std::unique_ptr<std::FILE, Close> opened(fromInput ? nullptr : std::fopen(path.c_str(), "rb"));
-  std::FILE* const file = fromInput ? stdin : opened.get();
-  if (file == nullptr) {
-    throw Failure(ExitStatus::Trouble, name + " can't be read: " + Reason(errno));
+void CloseFile::operator()(std::FILE* file) const noexcept {
+  if (file != stdin) std::fclose(file);
+}
+
+OpenedFile OpenForReading(const std::filesystem::path& path) {
+  OpenedFile file(path == kStandardInput ? stdin : std::fopen(path.c_str(), "rb"));
+  if (!file) throw Failure(ExitStatus::Trouble, InputName(path) + " can't be read: " + Reason(errno));
+  return file;
+}
+
+std::size_t ReadSome(std::FILE* file, const std::string& name, char* buffer, std::size_t size) {
+  // Not by fread, which waits until all of the buffer is full.
+  for (;;) {
+    const ssize_t count = read(fileno(file), buffer, size);
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) throw Failure(ExitStatus::Trouble, name + " can't be read: " + Reason(errno));
   }
+}
+
+std::string InputName(const std::filesystem::path& path) {
+  return path == kStandardInput ? "standard input" : Quoted(path);
+}
+
+std::string ReadFile(const std::filesystem::path& path) {
+  const std::string name = InputName(path);
+  const OpenedFile file = OpenForReading(path);
   constexpr std::size_t kBlock = 65536;
   std::string content;
-  for (;;) {
+  for (std::size_t count = 1; count > 0;) {
     const std::size_t size = content.size();
     content.resize(size + kBlock);
-    const std::size_t count = std::fread(content.data() + size, 1, kBlock, file);
+    count = ReadSome(file.get(), name, content.data() + size, kBlock);
     content.resize(size + count);
     if (content.size() > kMaxFileSize) {
       throw Failure(ExitStatus::NotRight,
                     name + " is larger than " + std::to_string(kMaxFileSize / 1024 / 1024) + " MiB");
     }
-    if (count == kBlock) continue;
-    if (std::ferror(file) != 0) {
-      throw Failure(ExitStatus::Trouble, name + " can't be read: " + Reason(errno));
-    }
-    break;
   }
   if (content.empty()) {
     throw Failure(ExitStatus::NotRight, name + " is empty");

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,21 @@ inline constexpr std::string_view kStandardInput = "-";
 
 /// Larger files are refused: no sale, request or document comes near.
 inline constexpr std::size_t kMaxFileSize = std::size_t{32} * 1024 * 1024;
+
+struct CloseFile {
+  void operator()(std::FILE* file) const noexcept;
+};
+using OpenedFile = std::unique_ptr<std::FILE, CloseFile>;
+
+/// Opens a file, or standard input. Throws `Failure` (Trouble) when it can't be read.
+OpenedFile OpenForReading(const std::filesystem::path& path);
+
+/// Reads what is there, at least a byte and at most `size`; 0 at the end. `name` is for messages. Throws `Failure`
+/// (Trouble) when it can't be read.
+std::size_t ReadSome(std::FILE* file, const std::string& name, char* buffer, std::size_t size);
+
+/// "standard input", or the file's name between quotation marks.
+std::string InputName(const std::filesystem::path& path);
 
 /// The content of a file, or of standard input. Throws `Failure`: Trouble when it can't be read, NotRight
 /// when it is empty or larger than `kMaxFileSize`.

@@ -123,7 +123,7 @@ void RunReport(const ReportOptions& options) {
     }
   }
   SayUncertified(devicePath);
-  PrintReport(exchange.request, exchange.response, report, options.wide);
+  Print(ReportText(exchange.request, exchange.response, report, options.wide));
 }
 
 void RunSignData(const SignDataOptions& options) {
@@ -168,7 +168,7 @@ void RunSignData(const SignDataOptions& options) {
         "; the document doesn't hold the data");
   }
   SayUncertified(devicePath);
-  PrintText(record);
+  Print(TextOf(record));
 }
 
 }  // namespace zel

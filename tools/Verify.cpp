@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
-#include "softdevice/Verify.h"
 #include "tools/Document.h"
 #include "tools/ExitStatus.h"
 #include "tools/Records.h"
@@ -215,11 +214,11 @@ void CheckDataResponse(const ByteArray& data, clsZelTransActData& record, Verifi
   result.sequenceNumber = FormatDecimal(record.ZelRespSeqNr(), 0);
 }
 
-void CheckSignature(const Document& document, std::string_view publicKeyPem) {
+void CheckSignature(const Document& document, const softdevice::PublicKey& publicKey) {
   const auto verify = document.kind == DocumentKind::Report ? softdevice::VerifyReport
                       : document.kind == DocumentKind::Data ? softdevice::VerifyData
                                                             : softdevice::VerifyBooking;
-  const softdevice::Verdict verdict = verify(View(document.request), View(document.response), publicKeyPem);
+  const softdevice::Verdict verdict = verify(View(document.request), View(document.response), publicKey);
   if (!verdict.ok) Fail(OneLine(verdict.reason));
 }
 
@@ -261,7 +260,7 @@ std::string_view CheckName(Check check) {
 
 namespace {
 
-void VerifyBooking(const Document& document, std::string_view publicKeyPem, Verification& result) {
+void VerifyBooking(const Document& document, const softdevice::PublicKey& publicKey, Verification& result) {
   clsZelItemList items;
   clsZelTransAct booking;
   static_cast<void>(
@@ -271,10 +270,10 @@ void VerifyBooking(const Document& document, std::string_view publicKeyPem, Veri
       Passes(result, Check::ItemHash, [&] { CheckItemHash(booking.ItemHash(), items); }) &&
       Passes(result, Check::Request, [&] { CheckRequest(document, booking); }) &&
       Passes(result, Check::Response, [&] { CheckResponse(document.response, booking, result); }) &&
-      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKeyPem); }));
+      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKey); }));
 }
 
-void VerifyReport(const Document& document, std::string_view publicKeyPem, Verification& result) {
+void VerifyReport(const Document& document, const softdevice::PublicKey& publicKey, Verification& result) {
   clsZelItemList items;
   clsZelReport report;
   static_cast<void>(
@@ -284,10 +283,10 @@ void VerifyReport(const Document& document, std::string_view publicKeyPem, Verif
       Passes(result, Check::ItemHash, [&] { CheckReportItemHash(document, items); }) &&
       Passes(result, Check::Request, [&] { CheckReportRequest(document, report); }) &&
       Passes(result, Check::Response, [&] { CheckReportResponse(document.response, report, result); }) &&
-      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKeyPem); }));
+      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKey); }));
 }
 
-void VerifyData(const Document& document, std::string_view publicKeyPem,
+void VerifyData(const Document& document, const softdevice::PublicKey& publicKey,
                 const std::optional<std::string>& data, Verification& result) {
   clsZelTransActData record;
   static_cast<void>(
@@ -298,19 +297,19 @@ void VerifyData(const Document& document, std::string_view publicKeyPem,
              }) &&
       (!data || Passes(result, Check::Data, [&] { CheckData(*data, record); })) &&
       Passes(result, Check::Response, [&] { CheckDataResponse(document.response, record, result); }) &&
-      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKeyPem); }));
+      Passes(result, Check::Signature, [&] { CheckSignature(document, publicKey); }));
 }
 
 }  // namespace
 
-Verification VerifyDocument(std::string_view xml, std::string_view publicKeyPem,
+Verification VerifyDocument(std::string_view xml, const softdevice::PublicKey& publicKey,
                             const std::optional<std::string>& data) {
   Verification result;
   Document document;
   if (!Passes(result, Check::Document, [&] { document = SplitDocument(xml); })) return result;
   result.kind = document.kind;
   if (document.kind == DocumentKind::Data) {
-    VerifyData(document, publicKeyPem, data, result);
+    VerifyData(document, publicKey, data, result);
     return result;
   }
   const bool isReport = document.kind == DocumentKind::Report;
@@ -320,7 +319,7 @@ Verification VerifyDocument(std::string_view xml, std::string_view publicKeyPem,
       })) {
     return result;
   }
-  (isReport ? VerifyReport : VerifyBooking)(document, publicKeyPem, result);
+  (isReport ? VerifyReport : VerifyBooking)(document, publicKey, result);
   return result;
 }
 
@@ -334,9 +333,9 @@ std::string DescribeSigned(const Verification& verification) {
          ", device " + verification.runningNumber;
 }
 
-std::string VerificationToJson(const Verification& verification, std::string_view file) {
+nlohmann::ordered_json VerificationToJson(const Verification& verification) {
   using Json = nlohmann::ordered_json;
-  Json root = {{"file", file}, {"ok", verification.IsRight()}};
+  Json root = {{"ok", verification.IsRight()}};
   Json& passed = root["passed"] = Json::array();
   for (const Check check : verification.passed)
     passed.push_back(CheckName(check));
@@ -350,7 +349,7 @@ std::string VerificationToJson(const Verification& verification, std::string_vie
     const bool isReport = verification.kind == DocumentKind::Report;
     root[isReport ? "reportNumber" : "sequenceNumber"] = std::stoull(verification.sequenceNumber);
   }
-  return root.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return root;
 }
 
 }  // namespace zel

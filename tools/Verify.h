@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "softdevice/Verify.h"
 #include "tools/Document.h"
 
 /// Whether the parts of a signed booking's, report's or data record's document belong together.
@@ -45,12 +47,13 @@ struct Verification {
 /// - Response: the response can be read and holds nothing else;
 /// - Signature: the device signed this request and this response. Unsigned reports and those over months fail
 ///   here.
-Verification VerifyDocument(std::string_view xml, std::string_view publicKeyPem,
+Verification VerifyDocument(std::string_view xml, const softdevice::PublicKey& publicKey,
                             const std::optional<std::string>& data = std::nullopt);
 
 /// "booking 1 of taxpayer X, device 1": what a document that is right holds.
 std::string DescribeSigned(const Verification& verification);
 
-std::string VerificationToJson(const Verification& verification, std::string_view file);
+/// An object for programs.
+nlohmann::ordered_json VerificationToJson(const Verification& verification);
 
 }  // namespace zel

@@ -1,8 +1,10 @@
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
+#include <functional>
 #include <new>
 #include <string>
+#include <utility>
 
 #include "tools/Commands.h"
 #include "tools/Console.h"
@@ -67,61 +69,100 @@ void AddSign(CLI::App& app, zel::SignOptions& options) {
   command->callback([&options] { zel::RunSign(options); });
 }
 
-void AddReceipt(CLI::App& app, std::string& document, bool& wide) {
-  CLI::App* const command = app.add_subcommand(
-      "receipt", "Prints the receipt of a booking's or data record's XML document, or a report as a table");
-  command->add_option("DOCUMENT", document, "The XML document, or - for standard input")
-      ->required()
+/// Adds what says which documents are to be read. The command then ends with the status that `run` returns.
+void AddInputs(CLI::App& command, const std::string& name, const std::string& what,
+               zel::InputOptions& options, std::function<ExitStatus()> run, ExitStatus& status) {
+  command.add_option(name, options.files, what + ", or - for standard input; as many as you like")
       ->type_name("");
-  command->add_flag("--wide", wide, "A report as the library writes it, 164 columns wide");
-  command->footer(std::string("\nExamples:\n  zel receipt sale.xml\n  zel receipt closing.xml --wide\n\n") +
-                  kStatuses);
-  command->callback([&document, &wide] { zel::RunReceipt(document, wide); });
+  CLI::Option* const from =
+      AddOptional(command, "--files-from", options.filesFrom,
+                  "Read those files too that FILE names, one per line (- for standard input)", "FILE");
+  command.add_flag("--json", options.json, "Write JSON for programs; of many, an object per line");
+  command
+      .add_flag("--lines", options.lines,
+                "Read standard input, or the files given, line by line, each of them a JSON object; answer "
+                "each with one")
+      ->excludes(from);
+  command.add_option("--jobs,-j", options.jobs, "How many to work on at a time; default: one per processor")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
+  command.callback([&options, &status, name, run = std::move(run)] {
+    if (options.files.empty() && !options.filesFrom && !options.lines) throw CLI::RequiredError(name);
+    status = run();
+  });
 }
 
-void AddDump(CLI::App& app, std::string& file, bool& json) {
+constexpr const char* kLines =
+    "With --lines each line holds a \"document\" (its text) or a \"file\" (its name), and an \"id\" that "
+    "comes back\n"
+    "if you like. What is wrong stands in the answer, as \"error\" where there is nothing else to say; the "
+    "exit\n"
+    "status is 0 when every line was answered.\n\n";
+
+void AddReceipt(CLI::App& app, zel::InputOptions& inputs, bool& wide, ExitStatus& status) {
+  CLI::App* const command = app.add_subcommand(
+      "receipt", "Prints the receipt of a booking's or data record's XML document, or a report as a table");
+  AddInputs(
+      *command, "DOCUMENT", "The XML document", inputs,
+      [&inputs, &wide] { return zel::RunReceipt(inputs, wide); }, status);
+  command->add_flag("--wide", wide, "A report as the library writes it, 164 columns wide");
+  command->footer(std::string("\nExamples:\n"
+                              "  zel receipt sale.xml\n"
+                              "  zel receipt closing.xml --wide\n"
+                              "  zel receipt --lines < documents.jsonl > receipts.jsonl\n\n") +
+                  kLines + kStatuses);
+}
+
+void AddDump(CLI::App& app, zel::InputOptions& inputs, ExitStatus& status) {
   CLI::App* const command = app.add_subcommand(
       "dump",
       "Shows a request, response, item list (binary, Base64 or hexadecimal text) or XML document as a tree");
-  command->add_option("FILE", file, "The file, or - for standard input; its form is recognised")
-      ->required()
-      ->type_name("");
-  command->add_flag("--json", json, "Write JSON for programs");
+  AddInputs(
+      *command, "FILE", "The file, whose form is recognised", inputs,
+      [&inputs] { return zel::RunDump(inputs); }, status);
   command->footer(
       std::string("\nEach line: position, tag, name, length, value. Of damaged data everything before the "
                   "damage is shown,\nthen position and reason.\n\n"
                   "Examples:\n"
                   "  zel dump sale.xml\n"
                   "  echo 'A0 01 32 A2 03 74 65 65' | zel dump -\n"
-                  "  zel dump request.bin --json\n\n") +
-      kStatuses);
-  command->callback([&file, &json] { zel::RunDump(file, json); });
+                  "  zel dump request.bin --json\n"
+                  "  echo '{\"id\": 7, \"document\": \"A0 01 32\"}' | zel dump --lines\n\n") +
+      kLines + kStatuses);
 }
 
-void AddVerify(CLI::App& app, zel::VerifyOptions& options) {
+void AddVerify(CLI::App& app, zel::VerifyOptions& options, ExitStatus& status) {
   CLI::App* const command = app.add_subcommand(
       "verify",
       "Checks that all that a booking's, report's or data record's document holds belongs together");
-  command->add_option("DOCUMENT", options.document, "The XML document, or - for standard input")
-      ->required()
-      ->type_name("");
+  AddInputs(
+      *command, "DOCUMENT", "The XML document", options.inputs,
+      [&options] {
+        const zel::InputOptions& inputs = options.inputs;
+        if (options.data && (inputs.files.size() != 1 || inputs.filesFrom || inputs.lines)) {
+          throw CLI::ArgumentMismatch("--data goes with one document");
+        }
+        return zel::RunVerify(options);
+      },
+      status);
   CLI::Option* const device =
       AddOptional(*command, "--device", options.device, "The device that signed it", "FILE");
   AddOptional(*command, "--key", options.key, "Its public key, as zel key prints it", "PEM")
       ->excludes(device);
   AddOptional(*command, "--data", options.data, "Of a data record: check that this file is what was signed",
               "FILE");
-  command->add_flag("--json", options.json, "Write JSON for programs");
   command->footer(
       std::string("\nThe first thing that is not right is named: document, items, item hash, request, "
                   "data, response\nor signature. Unsigned reports have no signature that could be right.\n\n"
                   "Examples:\n"
                   "  zel verify sale.xml\n"
                   "  zel verify sale.xml --key till1.pem --json\n"
-                  "  zel verify closing.xml\n"
-                  "  zel verify log.txt.xml --data log.txt\n\n") +
+                  "  zel verify log.txt.xml --data log.txt\n"
+                  "  find archive -name '*.xml' | zel verify --files-from - --key till1.pem > verified.txt\n"
+                  "  zel verify --lines --key till1.pem < documents.jsonl > answers.jsonl\n\n") +
+      kLines +
+      "Here a line may hold \"data\" too: the bytes that were signed as a data record, in Base64.\n\n" +
       kDeviceFile + kStatuses);
-  command->callback([&options] { zel::RunVerify(options); });
 }
 
 void AddKey(CLI::App& app, std::optional<std::filesystem::path>& device) {
@@ -269,26 +310,26 @@ int Run(int argc, char** argv) {
   zel::DeviceInitOptions init;
   zel::ReportOptions report;
   zel::SignDataOptions signData;
-  std::string document;
-  std::string file;
-  bool json = false;
+  zel::InputOptions receipt;
+  zel::InputOptions dump;
   bool wide = false;
+  ExitStatus status = ExitStatus::Ok;
   bool showJson = false;
   std::optional<std::filesystem::path> device;
   std::optional<std::filesystem::path> shownDevice;
   AddSign(app, sign);
   AddSignData(app, signData);
   AddReport(app, report);
-  AddReceipt(app, document, wide);
-  AddDump(app, file, json);
-  AddVerify(app, verify);
+  AddReceipt(app, receipt, wide, status);
+  AddDump(app, dump, status);
+  AddVerify(app, verify, status);
   AddDevice(app, init, shownDevice, showJson);
   AddKey(app, device);
   AddDay(app, day);
 
   try {
     app.parse(argc, argv);
-    return static_cast<int>(ExitStatus::Ok);
+    return static_cast<int>(status);
   } catch (const CLI::CallForHelp&) {
     zel::Print(app.help());
   } catch (const CLI::CallForVersion& version) {

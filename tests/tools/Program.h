@@ -27,8 +27,8 @@ struct Outcome {
 
 /// How a run differs from the usual one.
 struct Setting {
-  std::string input;                      ///< on standard input
-  std::string standardOutput;             ///< a file instead of the one that ends up in `Outcome::out`
+  std::string input{};                    ///< on standard input
+  std::string standardOutput{};           ///< a file instead of the one that ends up in `Outcome::out`
   std::function<void()> inChild = [] {};  ///< last thing before the program starts
 };
 
