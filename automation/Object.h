@@ -67,7 +67,7 @@ class Object : public Dispatching<Interface>,
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
     if (result == nullptr) return E_POINTER;
-    *result = Find(id);
+    *result = id == IID_NativeHolder ? static_cast<NativeHolder*>(this) : static_cast<void*>(Find(id));
     if (*result == nullptr) return E_NOINTERFACE;
     AddRef();
     return S_OK;
