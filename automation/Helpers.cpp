@@ -142,11 +142,14 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
     Variant value = CopyOf(given);
     switch (value->vt) {
       case VT_CY: return It().RoundCmrc2(FromCom(value->cyVal), digits);
+      case VT_DECIMAL:
+        // As text no digit gets lost.
+        Require(VariantChangeType(value.Get(), value.Get(), 0, VT_BSTR));
+        [[fallthrough]];
       case VT_BSTR: return It().RoundCmrc2(FromCom(value->bstrVal), digits);
       case VT_R4:
       case VT_R8:
       case VT_DATE:
-      case VT_DECIMAL:
         Require(VariantChangeType(value.Get(), value.Get(), 0, VT_R8));
         return It().RoundCmrc2(value->dblVal, digits);
       default:
