@@ -95,42 +95,47 @@ class ZelContainer final : public Object<clsZelContainer, _clsZelContainer> {
   AUTOMATION_READ(VARIANT_BOOL, OverflowTO)
   AUTOMATION_READ(VARIANT_BOOL, VATchange)
   HRESULT STDMETHODCALLTYPE BinaryDataGet(SAFEARRAY** Data, LONG* Start, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& data, auto& start) { return It().BinaryDataGet(data, start); }, Data, Start);
+    return Call(
+        Success, [&](auto& data, auto& start) { return It().BinaryDataGet(data, start); }, Data, Start);
   }
   HRESULT STDMETHODCALLTYPE BinaryDataSet(SAFEARRAY** Data, LONG* Start, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start); }, Start);
+    return Call(
+        Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start); }, Start);
   }
   AUTOMATION_SUCCESS(Clear)
 };
 
 // What bookings, signed data and reports have in common.
-#define AUTOMATION_DOCUMENT \
-  HRESULT STDMETHODCALLTYPE XmlHandler(BSTR* XmlData, VARIANT_BOOL Export, LONG Intent, VARIANT_BOOL* Success) \
-      override { \
-    return Call(Success, [&](auto& xml) { return It().XmlHandler(xml, FromCom(Export), Intent); }, XmlData); \
-  } \
-  HRESULT STDMETHODCALLTYPE BinaryDataSet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start, \
-                                          VARIANT DataLen, VARIANT_BOOL* Success) override { \
-    if (Start == nullptr) return E_POINTER; \
-    return Give(Success, [&] { \
-      return It().BinaryDataSet(FromCom(DataType), Bytes(Data), *Start, LengthIn(DataLen)); \
-    }); \
-  } \
-  AUTOMATION_PROPERTY(VARIANT_BOOL, UseSHA256) \
+#define AUTOMATION_DOCUMENT                                                                          \
+  HRESULT STDMETHODCALLTYPE XmlHandler(BSTR* XmlData, VARIANT_BOOL Export, LONG Intent,              \
+                                       VARIANT_BOOL* Success) override {                             \
+    return Call(                                                                                     \
+        Success, [&](auto& xml) { return It().XmlHandler(xml, FromCom(Export), Intent); }, XmlData); \
+  }                                                                                                  \
+  HRESULT STDMETHODCALLTYPE BinaryDataSet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start,     \
+                                          VARIANT DataLen, VARIANT_BOOL* Success) override {         \
+    if (Start == nullptr) return E_POINTER;                                                          \
+    return Give(Success, [&] {                                                                       \
+      return It().BinaryDataSet(FromCom(DataType), Bytes(Data), *Start, LengthIn(DataLen));          \
+    });                                                                                              \
+  }                                                                                                  \
+  AUTOMATION_PROPERTY(VARIANT_BOOL, UseSHA256)                                                       \
   AUTOMATION_TEXT(ToString)
-#define AUTOMATION_BINARY_DATA_GET \
-  HRESULT STDMETHODCALLTYPE BinaryDataGet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start, LONG* DataLen, \
-                                          VARIANT_BOOL* Success) override { \
-    if (Start == nullptr) return E_POINTER; \
-    return Call( \
-        Success, \
-        [&](auto& data, auto* length) { return It().BinaryDataGet(FromCom(DataType), data, *Start, length); }, \
-        Data, Optional(DataLen)); \
+#define AUTOMATION_BINARY_DATA_GET                                                               \
+  HRESULT STDMETHODCALLTYPE BinaryDataGet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start, \
+                                          LONG* DataLen, VARIANT_BOOL* Success) override {       \
+    if (Start == nullptr) return E_POINTER;                                                      \
+    return Call(                                                                                 \
+        Success,                                                                                 \
+        [&](auto& data, auto* length) {                                                          \
+          return It().BinaryDataGet(FromCom(DataType), data, *Start, length);                    \
+        },                                                                                       \
+        Data, Optional(DataLen));                                                                \
   }
-#define AUTOMATION_HASH(name) \
+#define AUTOMATION_HASH(name)                                                                           \
   HRESULT STDMETHODCALLTYPE name(ZELHashFmt HashFmt, VARIANT_BOOL FromMem, LONG GroupLen, BSTR* Result) \
-      override { \
-    return Give(Result, [&] { return It().name(FromCom(HashFmt), FromCom(FromMem), GroupLen); }); \
+      override {                                                                                        \
+    return Give(Result, [&] { return It().name(FromCom(HashFmt), FromCom(FromMem), GroupLen); });       \
   }
 
 class ZelTransAct final : public Object<VnZEL10cmn::clsZelTransAct, _clsZelTransAct> {
@@ -165,7 +170,9 @@ class ZelTransAct final : public Object<VnZEL10cmn::clsZelTransAct, _clsZelTrans
                                                VARIANT_BOOL* Success) override {
     return Call(
         Success,
-        [&](auto& turnover, auto& vat, auto& rate) { return It().GetContainerValues(Index, turnover, vat, rate); },
+        [&](auto& turnover, auto& vat, auto& rate) {
+          return It().GetContainerValues(Index, turnover, vat, rate);
+        },
         Turnover, VatValue, VATrate);
   }
   AUTOMATION_SUCCESS(Clear)

@@ -21,12 +21,12 @@ struct StringList {
 template <class Native>
 struct ClassOf;
 
-#define AUTOMATION_CLASS(native, name) \
-  template <> \
-  struct ClassOf<native> { \
-    using Interface = _##name; \
-    static constexpr std::string_view kName = #name; \
-    static REFCLSID Id() { return CLSID_##name; } \
+#define AUTOMATION_CLASS(native, name)                           \
+  template <>                                                    \
+  struct ClassOf<native> {                                       \
+    using Interface = _##name;                                   \
+    static constexpr std::string_view kName = #name;             \
+    static REFCLSID Id() { return CLSID_##name; }                \
     static ComPtr<_##name> Make(std::shared_ptr<native> object); \
   };
 AUTOMATION_CLASS(VnZEL10cmn::clsVnError, clsVnError)

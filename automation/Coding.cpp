@@ -36,52 +36,53 @@ class ZelBaseCoding final : public Object<VnZEL10cmn::clsZelBaseCoding, _clsZelB
   }
 
   // A reader: the result, and what else it takes.
-#define AUTOMATION_READER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type* Result, VARIANT_BOOL* Success) \
-      override { \
-    return Call( \
+#define AUTOMATION_READER(name, type)                                                                       \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type* Result, VARIANT_BOOL* Success)      \
+      override {                                                                                            \
+    return Call(                                                                                            \
         Success, [&](auto& start, auto& result) { return It().name(Bytes(Buffer), start, result); }, Start, \
-        Result); \
+        Result);                                                                                            \
   }
-#define AUTOMATION_LIMITED_READER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type* Result, LONG MinLen, LONG MaxLen, \
-                                 VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
+#define AUTOMATION_LIMITED_READER(name, type)                                                               \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type* Result, LONG MinLen, LONG MaxLen,   \
+                                 VARIANT_BOOL* Success) override {                                          \
+    return Call(                                                                                            \
+        Success,                                                                                            \
         [&](auto& start, auto& result) { return It().name(Bytes(Buffer), start, result, MinLen, MaxLen); }, \
-        Start, Result); \
+        Start, Result);                                                                                     \
   }
-#define AUTOMATION_TAGGED_READER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type* Result, \
-                                 VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
+#define AUTOMATION_TAGGED_READER(name, type)                                                            \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type* Result,      \
+                                 VARIANT_BOOL* Success) override {                                      \
+    return Call(                                                                                        \
+        Success,                                                                                        \
         [&](auto& start, auto& result) { return It().name(Bytes(Buffer), start, TagOf(Tag), result); }, \
-        Start, Result); \
+        Start, Result);                                                                                 \
   }
   // A writer: the value, with or without a tag.
-#define AUTOMATION_WRITER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type Value, VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, [&](auto& buffer, auto& start) { return It().name(buffer, start, FromCom(Value)); }, Buffer, \
-        Start); \
+#define AUTOMATION_WRITER(name, type)                                                                 \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, type Value, VARIANT_BOOL* Success)  \
+      override {                                                                                      \
+    return Call(                                                                                      \
+        Success, [&](auto& buffer, auto& start) { return It().name(buffer, start, FromCom(Value)); }, \
+        Buffer, Start);                                                                               \
   }
-#define AUTOMATION_TAGGED_WRITER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type Value, \
-                                 VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
+#define AUTOMATION_TAGGED_WRITER(name, type)                                                             \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type Value,         \
+                                 VARIANT_BOOL* Success) override {                                       \
+    return Call(                                                                                         \
+        Success,                                                                                         \
         [&](auto& buffer, auto& start) { return It().name(buffer, start, TagOf(Tag), FromCom(Value)); }, \
-        Buffer, Start); \
+        Buffer, Start);                                                                                  \
   }
   // A writer of a value that callers hand in by reference.
-#define AUTOMATION_PRIMITIVE_WRITER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type* Data, \
-                                 VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
+#define AUTOMATION_PRIMITIVE_WRITER(name, type)                                                            \
+  HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, unsigned char Tag, type* Data,           \
+                                 VARIANT_BOOL* Success) override {                                         \
+    return Call(                                                                                           \
+        Success,                                                                                           \
         [&](auto& buffer, auto& start, auto& data) { return It().name(buffer, start, TagOf(Tag), data); }, \
-        Buffer, Start, Data); \
+        Buffer, Start, Data);                                                                              \
   }
 
   AUTOMATION_LIMITED_READER(GetDataBinary, SAFEARRAY*)
@@ -128,8 +129,8 @@ class ZelBaseCoding final : public Object<VnZEL10cmn::clsZelBaseCoding, _clsZelB
         },
         Start, Result);
   }
-  HRESULT STDMETHODCALLTYPE SetZelHash(SAFEARRAY** Buffer, LONG* Start, VARIANT_BOOL IsTrans, SAFEARRAY** HASH,
-                                       VARIANT_BOOL* Success) override {
+  HRESULT STDMETHODCALLTYPE SetZelHash(SAFEARRAY** Buffer, LONG* Start, VARIANT_BOOL IsTrans,
+                                       SAFEARRAY** HASH, VARIANT_BOOL* Success) override {
     return Call(
         Success,
         [&](auto& buffer, auto& start) {
@@ -153,23 +154,25 @@ class ZelBaseCoding final : public Object<VnZEL10cmn::clsZelBaseCoding, _clsZelB
   AUTOMATION_TAGGED_WRITER(SetZelCounter, CY)
 
   // The same with a further argument behind, and with tags of a kind.
-#define AUTOMATION_READER_WITH(name, tagType, toTag, type, moreType, more, given) \
+#define AUTOMATION_READER_WITH(name, tagType, toTag, type, moreType, more, given)                           \
   HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, tagType Tag, type* Result, moreType more, \
-                                 VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
-        [&](auto& start, auto& result) { return It().name(Bytes(Buffer), start, toTag(Tag), result, given); }, \
-        Start, Result); \
+                                 VARIANT_BOOL* Success) override {                                          \
+    return Call(                                                                                            \
+        Success,                                                                                            \
+        [&](auto& start, auto& result) {                                                                    \
+          return It().name(Bytes(Buffer), start, toTag(Tag), result, given);                                \
+        },                                                                                                  \
+        Start, Result);                                                                                     \
   }
-#define AUTOMATION_AMOUNT_WRITER(name, tagType, toTag) \
+#define AUTOMATION_AMOUNT_WRITER(name, tagType, toTag)                                    \
   HRESULT STDMETHODCALLTYPE name(SAFEARRAY** Buffer, LONG* Start, tagType Tag, CY Amount, \
-                                 VARIANT_BOOL LongVal, VARIANT_BOOL* Success) override { \
-    return Call( \
-        Success, \
-        [&](auto& buffer, auto& start) { \
+                                 VARIANT_BOOL LongVal, VARIANT_BOOL* Success) override {  \
+    return Call(                                                                          \
+        Success,                                                                          \
+        [&](auto& buffer, auto& start) {                                                  \
           return It().name(buffer, start, toTag(Tag), FromCom(Amount), FromCom(LongVal)); \
-        }, \
-        Buffer, Start); \
+        },                                                                                \
+        Buffer, Start);                                                                   \
   }
 
   AUTOMATION_READER_WITH(GetZelAmounts, unsigned char, TagOf, CY, VARIANT_BOOL, LongVal, FromCom(LongVal))
@@ -182,8 +185,8 @@ class ZelBaseCoding final : public Object<VnZEL10cmn::clsZelBaseCoding, _clsZelB
   AUTOMATION_TAGGED_WRITER(SetZelValsPos, CY)
   AUTOMATION_READER(GetZelVatRate, CY)
   AUTOMATION_WRITER(SetZelVatRate, CY)
-  HRESULT STDMETHODCALLTYPE GetZelCounterSpc01(SAFEARRAY** Buffer, LONG* Start, ZelRqstCounter Tag, CY* Result,
-                                               VARIANT_BOOL* Success) override {
+  HRESULT STDMETHODCALLTYPE GetZelCounterSpc01(SAFEARRAY** Buffer, LONG* Start, ZelRqstCounter Tag,
+                                               CY* Result, VARIANT_BOOL* Success) override {
     return Call(
         Success,
         [&](auto& start, auto& result) {

@@ -15,18 +15,54 @@ namespace automation {
 /// The enumeration of the library behind one of the interface.
 template <class Enumeration>
 struct NativeEnum;
-template <> struct NativeEnum<ZELErrorCodes> { using Type = VnZEL10cmn::ZELErrorCodes; };
-template <> struct NativeEnum<ZelTags> { using Type = VnZEL10cmn::ZelTags; };
-template <> struct NativeEnum<ZelRqstCounter> { using Type = VnZEL10cmn::ZelRqstCounter; };
-template <> struct NativeEnum<ZelRqstAmounts> { using Type = VnZEL10cmn::ZelRqstAmounts; };
-template <> struct NativeEnum<ZelRqstDates> { using Type = VnZEL10cmn::ZelRqstDates; };
-template <> struct NativeEnum<ZelLifeCycle> { using Type = VnZEL10cmn::ZelLifeCycle; };
-template <> struct NativeEnum<ZelXmlTags> { using Type = VnZEL10cmn::ZelXmlTags; };
-template <> struct NativeEnum<ZELVatClasses> { using Type = VnZEL10cmn::ZELVatClasses; };
-template <> struct NativeEnum<ZELSerialType> { using Type = VnZEL10cmn::ZELSerialType; };
-template <> struct NativeEnum<ZELHashFmt> { using Type = VnZEL10cmn::ZELHashFmt; };
-template <> struct NativeEnum<ZelReportType> { using Type = VnZEL10cmn::ZelReportType; };
-template <> struct NativeEnum<ZELDataSignTypes> { using Type = VnZEL10cmn::ZELDataSignTypes; };
+template <>
+struct NativeEnum<ZELErrorCodes> {
+  using Type = VnZEL10cmn::ZELErrorCodes;
+};
+template <>
+struct NativeEnum<ZelTags> {
+  using Type = VnZEL10cmn::ZelTags;
+};
+template <>
+struct NativeEnum<ZelRqstCounter> {
+  using Type = VnZEL10cmn::ZelRqstCounter;
+};
+template <>
+struct NativeEnum<ZelRqstAmounts> {
+  using Type = VnZEL10cmn::ZelRqstAmounts;
+};
+template <>
+struct NativeEnum<ZelRqstDates> {
+  using Type = VnZEL10cmn::ZelRqstDates;
+};
+template <>
+struct NativeEnum<ZelLifeCycle> {
+  using Type = VnZEL10cmn::ZelLifeCycle;
+};
+template <>
+struct NativeEnum<ZelXmlTags> {
+  using Type = VnZEL10cmn::ZelXmlTags;
+};
+template <>
+struct NativeEnum<ZELVatClasses> {
+  using Type = VnZEL10cmn::ZELVatClasses;
+};
+template <>
+struct NativeEnum<ZELSerialType> {
+  using Type = VnZEL10cmn::ZELSerialType;
+};
+template <>
+struct NativeEnum<ZELHashFmt> {
+  using Type = VnZEL10cmn::ZELHashFmt;
+};
+template <>
+struct NativeEnum<ZelReportType> {
+  using Type = VnZEL10cmn::ZelReportType;
+};
+template <>
+struct NativeEnum<ZELDataSignTypes> {
+  using Type = VnZEL10cmn::ZELDataSignTypes;
+};
 
 // What comes in: a missing text or array is an empty one.
 
@@ -38,7 +74,7 @@ inline VnZEL10cmn::Date FromCom(DATE value) { return VnZEL10cmn::Date(value); }
 std::string FromCom(BSTR value);
 
 template <class Enumeration>
-  requires std::is_enum_v<Enumeration>
+requires std::is_enum_v<Enumeration>
 typename NativeEnum<Enumeration>::Type FromCom(Enumeration value) {
   return static_cast<typename NativeEnum<Enumeration>::Type>(value);
 }
@@ -52,7 +88,9 @@ VnZEL10cmn::CurrencyArray Currencies(SAFEARRAY** array);
 
 inline void ToCom(std::int32_t value, LONG* result) { *result = value; }
 inline void ToCom(std::uint8_t value, unsigned char* result) { *result = value; }
-inline void ToCom(VnZEL10cmn::ZelTags value, unsigned char* result) { *result = static_cast<unsigned char>(value); }
+inline void ToCom(VnZEL10cmn::ZelTags value, unsigned char* result) {
+  *result = static_cast<unsigned char>(value);
+}
 inline void ToCom(bool value, VARIANT_BOOL* result) { *result = value ? VARIANT_TRUE : VARIANT_FALSE; }
 inline void ToCom(VnZEL10cmn::Currency value, CY* result) { result->int64 = value.Scaled(); }
 inline void ToCom(VnZEL10cmn::Date value, DATE* result) { *result = value.Value(); }
@@ -61,7 +99,7 @@ void ToCom(const VnZEL10cmn::ByteArray& value, SAFEARRAY** result);
 void ToCom(const VnZEL10cmn::CurrencyArray& value, SAFEARRAY** result);
 
 template <class Enumeration>
-  requires std::is_enum_v<Enumeration>
+requires std::is_enum_v<Enumeration>
 void ToCom(typename NativeEnum<Enumeration>::Type value, Enumeration* result) {
   *result = static_cast<Enumeration>(value);
 }

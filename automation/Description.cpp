@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string>
 
 #include "automation/Convert.h"
 #include "automation/Failure.h"
@@ -22,9 +23,7 @@ struct LessId {
 bool IsObject(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
 
 /// The variant that is meant where one stands for another.
-VARIANT& Meant(VARIANT& value) {
-  return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value;
-}
+VARIANT& Meant(VARIANT& value) { return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value; }
 
 bool IsLeftOut(VARIANT& argument) {
   const VARIANT& meant = Meant(argument);
@@ -50,9 +49,39 @@ SAFEARRAY* BytesOfVariants(SAFEARRAY* variants, LCID locale) {
   return result;
 }
 
+/// Reads a member of an object by its name.
+void ReadMember(IDispatch* object, std::wstring name, Variant& value) {
+  LPOLESTR text = name.data();
+  DISPID id = 0;
+  DISPPARAMS none{};
+  Require(object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_NEUTRAL, &id));
+  Require(object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, value.Get(), nullptr,
+                         nullptr));
+}
+
+/// A new array of bytes out of a list object, as some languages have them for arrays: its length and its elements are
+/// members.
+SAFEARRAY* BytesOfList(IDispatch* list, LCID locale) {
+  Variant length;
+  ReadMember(list, L"length", length);
+  Require(VariantChangeTypeEx(length.Get(), length.Get(), locale, 0, VT_I4));
+  VnZEL10cmn::ByteArray bytes = VnZEL10cmn::ByteArray::WithBounds(0, length->lVal - 1);
+  for (LONG i = 0; i < length->lVal; ++i) {
+    Variant element;
+    ReadMember(list, std::to_wstring(i), element);
+    Require(VariantChangeTypeEx(element.Get(), element.Get(), locale, 0, VT_UI1));
+    bytes[i] = element->bVal;
+  }
+  SAFEARRAY* result = nullptr;
+  ToCom(bytes, &result);
+  return result;
+}
+
 /// A copy of the array in `argument`, as one of that element type.
 SAFEARRAY* CopyArray(const VARIANT& argument, VARTYPE elementType, LCID locale) {
   if (argument.vt == VT_EMPTY || argument.vt == VT_NULL) return nullptr;
+  if (argument.vt == VT_DISPATCH && argument.pdispVal == nullptr) return nullptr;
+  if (argument.vt == VT_DISPATCH && elementType == VT_UI1) return BytesOfList(argument.pdispVal, locale);
   const bool byReference = (argument.vt & VT_BYREF) != 0;
   if ((argument.vt & VT_ARRAY) == 0) throw ComFailure(DISP_E_TYPEMISMATCH);
   SAFEARRAY* const array = byReference ? *argument.pparray : argument.parray;
@@ -82,7 +111,8 @@ void Coerce(VARIANT& argument, VARTYPE type, REFIID interfaceId, LCID locale, VA
       throw ComFailure(DISP_E_TYPEMISMATCH);
     } else if (object->punkVal == nullptr) {
       value.punkVal = nullptr;
-    } else if (FAILED(object->punkVal->QueryInterface(interfaceId, reinterpret_cast<void**>(&value.punkVal)))) {
+    } else if (FAILED(
+                   object->punkVal->QueryInterface(interfaceId, reinterpret_cast<void**>(&value.punkVal)))) {
       throw ComFailure(DISP_E_TYPEMISMATCH);
     }
     value.vt = type;
@@ -242,6 +272,9 @@ HRESULT Description::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) con
 }
 
 const Description::Member* Description::Find(DISPID id, WORD kinds, const DISPPARAMS& arguments) const {
+  // Few languages tell reading a property from calling a method.
+  constexpr WORD kReading = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  if ((kinds & kReading) != 0) kinds |= kReading;
   const Member* found = nullptr;
   for (const Member& member : members_) {
     if (member.id != id) continue;
@@ -310,12 +343,14 @@ class Description::Call {
       types[i] = VT_BYREF | parameter.type;
       passed[i].vt = types[i];
       const bool isMissing = parameter.isOptional && !parameter.hasDefault && given_[i] == nullptr;
-      void* const place = parameter.type == VT_VARIANT ? static_cast<void*>(values_[i].Get()) : &values_[i]->byref;
+      void* const place =
+          parameter.type == VT_VARIANT ? static_cast<void*>(values_[i].Get()) : &values_[i]->byref;
       passed[i].byref = isMissing ? nullptr : place;
     }
     Variant result;
-    const HRESULT outcome = DispCallFunc(instance, member_.vtableOffset, CC_STDCALL, VT_ERROR,
-                                         static_cast<UINT>(count), types.data(), pointers.data(), result.Get());
+    const HRESULT outcome =
+        DispCallFunc(instance, member_.vtableOffset, CC_STDCALL, VT_ERROR, static_cast<UINT>(count),
+                     types.data(), pointers.data(), result.Get());
     return FAILED(outcome) ? outcome : result->scode;
   }
 

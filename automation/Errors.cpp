@@ -10,7 +10,8 @@ namespace {
 template <class Whole>
 class LogItemFacet final : public Facet<::IVnLogItem> {
  public:
-  explicit LogItemFacet(Whole& whole) : Facet(*static_cast<typename Whole::Published*>(&whole)), whole_(whole) {}
+  explicit LogItemFacet(Whole& whole)
+      : Facet(*static_cast<typename Whole::Published*>(&whole)), whole_(whole) {}
 
   HRESULT STDMETHODCALLTYPE GetLogEntry(BSTR* Result) override { return whole_.GetLogEntry(Result); }
 
@@ -31,8 +32,8 @@ class VnError final : public Object<VnZEL10cmn::clsVnError, _clsVnError> {
   AUTOMATION_PROPERTY(VARIANT_BOOL, IsUserDef)
   AUTOMATION_READ(DATE, ErrorTime)
   AUTOMATION_SUCCESS(HasError)
-  HRESULT STDMETHODCALLTYPE SetError(LONG ErrNr, BSTR ErrMsg, VARIANT_BOOL ErrUserDef, BSTR ErrFct, BSTR ErrSrc,
-                                     BSTR ErrInstID, VARIANT_BOOL* Result) override {
+  HRESULT STDMETHODCALLTYPE SetError(LONG ErrNr, BSTR ErrMsg, VARIANT_BOOL ErrUserDef, BSTR ErrFct,
+                                     BSTR ErrSrc, BSTR ErrInstID, VARIANT_BOOL* Result) override {
     return Give(Result, [&] {
       return It().SetError(ErrNr, FromCom(ErrMsg), FromCom(ErrUserDef), FromCom(ErrFct), FromCom(ErrSrc),
                            FromCom(ErrInstID));

@@ -78,8 +78,9 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
   HRESULT STDMETHODCALLTYPE RoundCmrc2(VARIANT Value, LONG Digits, CY* Result) override {
     return Give(Result, [&] { return Round(Value, Digits); });
   }
-  HRESULT STDMETHODCALLTYPE ToBase64String(SAFEARRAY** Data, BSTR* Result, LONG Start, LONG Count, LONG LineLen,
-                                           BSTR ReplPlus, BSTR ReplSlsh, VARIANT_BOOL* Success) override {
+  HRESULT STDMETHODCALLTYPE ToBase64String(SAFEARRAY** Data, BSTR* Result, LONG Start, LONG Count,
+                                           LONG LineLen, BSTR ReplPlus, BSTR ReplSlsh,
+                                           VARIANT_BOOL* Success) override {
     return Call(
         Success,
         [&](auto& result) {
@@ -97,8 +98,9 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
         },
         Result);
   }
-  HRESULT STDMETHODCALLTYPE ToBase32String(SAFEARRAY** Data, BSTR* Result, LONG Start, LONG Count, LONG LineLen,
-                                           VARIANT_BOOL HexEnc, VARIANT_BOOL* Success) override {
+  HRESULT STDMETHODCALLTYPE ToBase32String(SAFEARRAY** Data, BSTR* Result, LONG Start, LONG Count,
+                                           LONG LineLen, VARIANT_BOOL HexEnc,
+                                           VARIANT_BOOL* Success) override {
     return Call(
         Success,
         [&](auto& result) {
@@ -107,7 +109,8 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
         Result);
   }
   HRESULT STDMETHODCALLTYPE GetBytesOfBinStr(BSTR Data, SAFEARRAY** Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetBytesOfBinStr(FromCom(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetBytesOfBinStr(FromCom(Data), result); }, Result);
   }
   HRESULT STDMETHODCALLTYPE GetBinStrOfBytes(SAFEARRAY** Data, BSTR* Result, BSTR SepStr, LONG GroupLen,
                                              VARIANT_BOOL* Success) override {
@@ -117,23 +120,30 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
         Result);
   }
   HRESULT STDMETHODCALLTYPE GetSHA1Hash(BSTR Data, SAFEARRAY** Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA1Hash(FromCom(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA1Hash(FromCom(Data), result); }, Result);
   }
-  HRESULT STDMETHODCALLTYPE GetSHA1Hash1(SAFEARRAY** Data, SAFEARRAY** Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA1Hash1(Bytes(Data), result); }, Result);
+  HRESULT STDMETHODCALLTYPE GetSHA1Hash1(SAFEARRAY** Data, SAFEARRAY** Result,
+                                         VARIANT_BOOL* Success) override {
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA1Hash1(Bytes(Data), result); }, Result);
   }
   HRESULT STDMETHODCALLTYPE GetSHA1Hash2(BSTR Data, BSTR* Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA1Hash2(FromCom(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA1Hash2(FromCom(Data), result); }, Result);
   }
   HRESULT STDMETHODCALLTYPE GetSHA256Hash(BSTR Data, SAFEARRAY** Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA256Hash(FromCom(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA256Hash(FromCom(Data), result); }, Result);
   }
   HRESULT STDMETHODCALLTYPE GetSHA256Hash1(SAFEARRAY** Data, SAFEARRAY** Result,
                                            VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA256Hash1(Bytes(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA256Hash1(Bytes(Data), result); }, Result);
   }
   HRESULT STDMETHODCALLTYPE GetSHA256Hash2(BSTR Data, BSTR* Result, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& result) { return It().GetSHA256Hash2(FromCom(Data), result); }, Result);
+    return Call(
+        Success, [&](auto& result) { return It().GetSHA256Hash2(FromCom(Data), result); }, Result);
   }
 
  private:

@@ -98,7 +98,8 @@ class Lent {
 class LentError {
  public:
   explicit LentError(native::clsVnError* object)
-      : lent_(object == nullptr ? nullptr : std::shared_ptr<native::clsVnError>(object, [](native::clsVnError*) {})),
+      : lent_(object == nullptr ? nullptr
+                                : std::shared_ptr<native::clsVnError>(object, [](native::clsVnError*) {})),
         pointer_(lent_.Get()) {
     if (pointer_ != nullptr) pointer_->AddRef();
   }
@@ -177,8 +178,8 @@ class HostItem final : public native::IVnZelItem, public HostObject {
     ToCom(Prices, array.Put());
     VARIANT_BOOL isThirdParty = VARIANT_FALSE;
     ToCom(IsThrdPrt, &isThirdParty);
-    const bool succeeded = BooleanFrom(
-        [&](VARIANT_BOOL* value) { return host_->GetPrices(array.Put(), &isThirdParty, value); });
+    const bool succeeded =
+        BooleanFrom([&](VARIANT_BOOL* value) { return host_->GetPrices(array.Put(), &isThirdParty, value); });
     Prices = Currencies(array.Put());
     IsThrdPrt = FromCom(isThirdParty);
     return succeeded;
@@ -230,10 +231,12 @@ class HostItemPrint final : public native::clsZelItemPrint, public HostObject {
   std::string ToStringCI(std::shared_ptr<native::IVnZelItem> Item, native::clsVnError* ErrObj) override {
     return Print(&_clsZelItemPrint::ToStringCI, Item, ErrObj);
   }
-  std::string ToStringBI(std::shared_ptr<native::clsZelTransAct> BookItem, native::clsVnError* ErrObj) override {
+  std::string ToStringBI(std::shared_ptr<native::clsZelTransAct> BookItem,
+                         native::clsVnError* ErrObj) override {
     return Print(&_clsZelItemPrint::ToStringBI, BookItem, ErrObj);
   }
-  std::string ToStringTRdata(std::shared_ptr<native::clsZelTransActData> BookItem, native::clsVnError* ErrObj) override {
+  std::string ToStringTRdata(std::shared_ptr<native::clsZelTransActData> BookItem,
+                             native::clsVnError* ErrObj) override {
     return Print(&_clsZelItemPrint::ToStringTRdata, BookItem, ErrObj);
   }
 
@@ -242,7 +245,8 @@ class HostItemPrint final : public native::clsZelItemPrint, public HostObject {
   std::string Print(Operation operation, const std::shared_ptr<Native>& native, native::clsVnError* errObj) {
     LentError errors(errObj);
     const Lent<Native> object(native);
-    return TextFrom([&](BSTR* text) { return (host_.Get()->*operation)(object.Get(), errors.Place(), text); });
+    return TextFrom(
+        [&](BSTR* text) { return (host_.Get()->*operation)(object.Get(), errors.Place(), text); });
   }
 
   ComPtr<_clsZelItemPrint> host_;
@@ -258,7 +262,8 @@ class HostReportPrint final : public native::clsZelRprtPrint, public HostObject 
     const Lent<native::IVnZelItem> item(Item);
     return TextFrom([&](BSTR* text) { return host_->ToStringItmRpt(item.Get(), errors.Place(), text); });
   }
-  std::string ToStringRprt(std::shared_ptr<native::clsZelReport> RprtItem, native::clsVnError* ErrObj) override {
+  std::string ToStringRprt(std::shared_ptr<native::clsZelReport> RprtItem,
+                           native::clsVnError* ErrObj) override {
     LentError errors(ErrObj);
     const Lent<native::clsZelReport> report(RprtItem);
     return TextFrom([&](BSTR* text) { return host_->ToStringRprt(report.Get(), errors.Place(), text); });
@@ -287,13 +292,25 @@ std::shared_ptr<Native> OwnOrHost(Interface* object) {
 
 }  // namespace
 
-std::shared_ptr<native::clsVnError> FromCom(_clsVnError* object) { return OwnOnly<native::clsVnError>(object); }
-std::shared_ptr<native::clsVnLogFile> FromCom(_clsVnLogFile* object) { return OwnOnly<native::clsVnLogFile>(object); }
+std::shared_ptr<native::clsVnError> FromCom(_clsVnError* object) {
+  return OwnOnly<native::clsVnError>(object);
+}
+std::shared_ptr<native::clsVnLogFile> FromCom(_clsVnLogFile* object) {
+  return OwnOnly<native::clsVnLogFile>(object);
+}
 std::shared_ptr<StringList> FromCom(_clsVnStringList* object) { return OwnOnly<StringList>(object); }
-std::shared_ptr<native::clsZelVatItem> FromCom(_clsZelVatItem* object) { return OwnOnly<native::clsZelVatItem>(object); }
-std::shared_ptr<native::clsZelVatList> FromCom(_clsZelVatList* object) { return OwnOnly<native::clsZelVatList>(object); }
-std::shared_ptr<native::clsZelTransAct> FromCom(_clsZelTransAct* object) { return OwnOnly<native::clsZelTransAct>(object); }
-std::shared_ptr<native::clsZelReport> FromCom(_clsZelReport* object) { return OwnOnly<native::clsZelReport>(object); }
+std::shared_ptr<native::clsZelVatItem> FromCom(_clsZelVatItem* object) {
+  return OwnOnly<native::clsZelVatItem>(object);
+}
+std::shared_ptr<native::clsZelVatList> FromCom(_clsZelVatList* object) {
+  return OwnOnly<native::clsZelVatList>(object);
+}
+std::shared_ptr<native::clsZelTransAct> FromCom(_clsZelTransAct* object) {
+  return OwnOnly<native::clsZelTransAct>(object);
+}
+std::shared_ptr<native::clsZelReport> FromCom(_clsZelReport* object) {
+  return OwnOnly<native::clsZelReport>(object);
+}
 std::shared_ptr<native::clsZelTransActData> FromCom(_clsZelTransActData* object) {
   return OwnOnly<native::clsZelTransActData>(object);
 }
@@ -326,7 +343,8 @@ ComPtr<::IVnZelItem> Wrap(const std::shared_ptr<native::IVnZelItem>& item) {
   if (const auto* const host = dynamic_cast<const HostObject*>(item.get())) {
     return Query<::IVnZelItem>(host->Host(), IID_IVnZelItem);
   }
-  return Query<::IVnZelItem>(Wrap(std::dynamic_pointer_cast<native::clsZelItemCash>(item)).Get(), IID_IVnZelItem);
+  return Query<::IVnZelItem>(Wrap(std::dynamic_pointer_cast<native::clsZelItemCash>(item)).Get(),
+                             IID_IVnZelItem);
 }
 
 }  // namespace automation

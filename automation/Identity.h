@@ -37,7 +37,9 @@ inline NativeHolder* HolderIn(IUnknown* object) {
 template <class T>
 std::shared_ptr<T> NativeOf(IUnknown* object) {
   const NativeHolder* const holder = HolderIn(object);
-  return holder != nullptr && holder->NativeType() == typeid(T) ? std::static_pointer_cast<T>(holder->NativeObject()) : nullptr;
+  return holder != nullptr && holder->NativeType() == typeid(T)
+             ? std::static_pointer_cast<T>(holder->NativeObject())
+             : nullptr;
 }
 
 /// The address that an object has whatever its type is called.

@@ -60,13 +60,13 @@ class ZelItemCash final : public Object<VnZEL10cmn::clsZelItemCash, _clsZelItemC
                                         VARIANT_BOOL DiscSurch, VARIANT_BOOL Voucher, VARIANT_BOOL ThirdParty,
                                         CY Price5, CY Price6, CY Price3, VARIANT_BOOL* Success) override {
     return Give(Success, [&] {
-      return It().SetItemData(FromCom(Quantity), FromCom(Name), FromCom(Unit), FromCom(Price1), FromCom(Price2),
-                              FromCom(Price4), FromCom(DiscSurch), FromCom(Voucher), FromCom(ThirdParty),
-                              FromCom(Price5), FromCom(Price6), FromCom(Price3));
+      return It().SetItemData(FromCom(Quantity), FromCom(Name), FromCom(Unit), FromCom(Price1),
+                              FromCom(Price2), FromCom(Price4), FromCom(DiscSurch), FromCom(Voucher),
+                              FromCom(ThirdParty), FromCom(Price5), FromCom(Price6), FromCom(Price3));
     });
   }
-  HRESULT STDMETHODCALLTYPE BinaryDataGet(SAFEARRAY** Data, LONG* Start, ZELSerialType SerialType, BSTR DataStr,
-                                          LONG DataLen, VARIANT_BOOL* Success) override {
+  HRESULT STDMETHODCALLTYPE BinaryDataGet(SAFEARRAY** Data, LONG* Start, ZELSerialType SerialType,
+                                          BSTR DataStr, LONG DataLen, VARIANT_BOOL* Success) override {
     return Call(
         Success,
         [&](auto& data, auto& start) {
@@ -75,7 +75,8 @@ class ZelItemCash final : public Object<VnZEL10cmn::clsZelItemCash, _clsZelItemC
         Data, Start);
   }
   HRESULT STDMETHODCALLTYPE BinaryDataSet(SAFEARRAY** Data, LONG* Start, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start); }, Start);
+    return Call(
+        Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start); }, Start);
   }
   AUTOMATION_SUCCESS(Clear)
   AUTOMATION_TEXT(ToString)
@@ -144,11 +145,13 @@ class ZelItemList final : public Object<VnZEL10cmn::clsZelItemList, _clsZelItemL
         HASH);
   }
   HRESULT STDMETHODCALLTYPE BinaryDataGet(SAFEARRAY** Data, LONG* Start, VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& data, auto& start) { return It().BinaryDataGet(data, start); }, Data, Start);
+    return Call(
+        Success, [&](auto& data, auto& start) { return It().BinaryDataGet(data, start); }, Data, Start);
   }
   HRESULT STDMETHODCALLTYPE BinaryDataSet(SAFEARRAY** Data, LONG* Start, LONG DataLen,
                                           VARIANT_BOOL* Success) override {
-    return Call(Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start, DataLen); }, Start);
+    return Call(
+        Success, [&](auto& start) { return It().BinaryDataSet(Bytes(Data), start, DataLen); }, Start);
   }
   AUTOMATION_SUCCESS(Clear)
   AUTOMATION_TEXT(ToString)

@@ -88,7 +88,8 @@ class Object : public Dispatching<Interface>,
     return Guard([&] { Require(TypeLibrary()->GetTypeInfoOfGuid(ClassOf<Native>::Id(), info)); });
   }
 
-  explicit Object(std::shared_ptr<Native> native) : native_(std::move(native)), address_(AddressOf(native_.get())) {
+  explicit Object(std::shared_ptr<Native> native)
+      : native_(std::move(native)), address_(AddressOf(native_.get())) {
     LockModule();
     Faces::Add(address_, static_cast<Interface*>(this));
   }
@@ -210,9 +211,9 @@ template <class Class, class Native>
 ComPtr<typename ClassOf<Native>::Interface> MakeFace(std::shared_ptr<Native> native) {
   return ComPtr<typename ClassOf<Native>::Interface>::Adopt(new Class(std::move(native)));
 }
-#define AUTOMATION_MAKE(native, Class) \
+#define AUTOMATION_MAKE(native, Class)                                                       \
   ComPtr<ClassOf<native>::Interface> ClassOf<native>::Make(std::shared_ptr<native> object) { \
-    return MakeFace<Class>(std::move(object)); \
+    return MakeFace<Class>(std::move(object));                                               \
   }
 
 /// What For Each uses: `item(i, variant)` makes the element at position i, in an empty variant.
@@ -236,26 +237,26 @@ void ObjectToVariant(const std::shared_ptr<Native>& object, VARIANT& variant) {
 }
 
 /// Items by position and by instance, and For Each over them.
-#define AUTOMATION_ITEMS \
-  AUTOMATION_READ(LONG, ItemCount) \
-  HRESULT STDMETHODCALLTYPE get_ItemI(LONG Index, ::IVnZelItem** Value) override { \
-    return this->Give(Value, [&] { return this->It().ItemI(Index); }); \
-  } \
-  HRESULT STDMETHODCALLTYPE get_ItemK(BSTR InstanceID, ::IVnZelItem** Value) override { \
-    return this->Give(Value, [&] { return this->It().ItemK(FromCom(InstanceID)); }); \
-  } \
-  HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override { \
-    if (Value == nullptr) return E_POINTER; \
-    return this->Guard( \
+#define AUTOMATION_ITEMS                                                                            \
+  AUTOMATION_READ(LONG, ItemCount)                                                                  \
+  HRESULT STDMETHODCALLTYPE get_ItemI(LONG Index, ::IVnZelItem** Value) override {                  \
+    return this->Give(Value, [&] { return this->It().ItemI(Index); });                              \
+  }                                                                                                 \
+  HRESULT STDMETHODCALLTYPE get_ItemK(BSTR InstanceID, ::IVnZelItem** Value) override {             \
+    return this->Give(Value, [&] { return this->It().ItemK(FromCom(InstanceID)); });                \
+  }                                                                                                 \
+  HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override {                                \
+    if (Value == nullptr) return E_POINTER;                                                         \
+    return this->Guard(                                                                             \
         [&] { *Value = Enumerate(this->It(), ObjectToVariant<VnZEL10cmn::IVnZelItem>).Detach(); }); \
-  } \
-  HRESULT STDMETHODCALLTYPE AddItem(::IVnZelItem* Item, VARIANT_BOOL* Success) override { \
-    return this->Give(Success, [&] { return this->It().AddItem(FromCom(Item)); }); \
-  } \
+  }                                                                                                 \
+  HRESULT STDMETHODCALLTYPE AddItem(::IVnZelItem* Item, VARIANT_BOOL* Success) override {           \
+    return this->Give(Success, [&] { return this->It().AddItem(FromCom(Item)); });                  \
+  }                                                                                                 \
   AUTOMATION_REMOVE_ITEM(RemoveItem)
-#define AUTOMATION_REMOVE_ITEM(name) \
+#define AUTOMATION_REMOVE_ITEM(name)                                                                        \
   HRESULT STDMETHODCALLTYPE name(::IVnZelItem* Item, BSTR ID, LONG Index, VARIANT_BOOL* Success) override { \
-    return this->Give(Success, [&] { return this->It().name(FromCom(Item), FromCom(ID), Index); }); \
+    return this->Give(Success, [&] { return this->It().name(FromCom(Item), FromCom(ID), Index); });         \
   }
 
 /// The error object that a caller may hand in by reference.
@@ -263,37 +264,37 @@ inline _clsVnError* ErrorIn(_clsVnError** place) { return place == nullptr ? nul
 
 // A class's members, written as the IDL writes them.
 
-#define AUTOMATION_READ(type, name) \
-  HRESULT STDMETHODCALLTYPE get_##name(type* Value) override { \
+#define AUTOMATION_READ(type, name)                                 \
+  HRESULT STDMETHODCALLTYPE get_##name(type* Value) override {      \
     return this->Give(Value, [this] { return this->It().name(); }); \
   }
-#define AUTOMATION_WRITE(type, name) \
-  HRESULT STDMETHODCALLTYPE put_##name(type Value) override { \
+#define AUTOMATION_WRITE(type, name)                              \
+  HRESULT STDMETHODCALLTYPE put_##name(type Value) override {     \
     return this->Guard([&] { this->It().name(FromCom(Value)); }); \
   }
 #define AUTOMATION_PROPERTY(type, name) AUTOMATION_READ(type, name) AUTOMATION_WRITE(type, name)
-#define AUTOMATION_TEXT(name) \
-  HRESULT STDMETHODCALLTYPE name(BSTR* Result) override { \
+#define AUTOMATION_TEXT(name)                                        \
+  HRESULT STDMETHODCALLTYPE name(BSTR* Result) override {            \
     return this->Give(Result, [this] { return this->It().name(); }); \
   }
-#define AUTOMATION_SUCCESS(name) \
-  HRESULT STDMETHODCALLTYPE name(VARIANT_BOOL* Success) override { \
+#define AUTOMATION_SUCCESS(name)                                      \
+  HRESULT STDMETHODCALLTYPE name(VARIANT_BOOL* Success) override {    \
     return this->Give(Success, [this] { return this->It().name(); }); \
   }
-#define AUTOMATION_OBJECT_READ(type, name) \
-  HRESULT STDMETHODCALLTYPE get_##name(type** Value) override { \
+#define AUTOMATION_OBJECT_READ(type, name)                          \
+  HRESULT STDMETHODCALLTYPE get_##name(type** Value) override {     \
     return this->Give(Value, [this] { return this->It().name(); }); \
   }
-#define AUTOMATION_OBJECT_WRITE(type, name) \
+#define AUTOMATION_OBJECT_WRITE(type, name)                       \
   HRESULT STDMETHODCALLTYPE putref_##name(type* Value) override { \
     return this->Guard([&] { this->It().name(FromCom(Value)); }); \
   }
-#define AUTOMATION_FRAME \
-  HRESULT STDMETHODCALLTYPE get_ErrorObject(_clsVnError** Value) override { \
+#define AUTOMATION_FRAME                                                                 \
+  HRESULT STDMETHODCALLTYPE get_ErrorObject(_clsVnError** Value) override {              \
     return this->Give(Value, [this] { return this->PartOf(this->It().ErrorObject()); }); \
-  } \
-  AUTOMATION_OBJECT_READ(_clsVnLogFile, LogHandler) \
-  AUTOMATION_OBJECT_WRITE(_clsVnLogFile, LogHandler) \
+  }                                                                                      \
+  AUTOMATION_OBJECT_READ(_clsVnLogFile, LogHandler)                                      \
+  AUTOMATION_OBJECT_WRITE(_clsVnLogFile, LogHandler)                                     \
   AUTOMATION_SUCCESS(HasError)
 
 }  // namespace automation

@@ -39,6 +39,19 @@ void RemoveTree(HKEY root, const std::wstring& key) {
   if (status != ERROR_FILE_NOT_FOUND) RequireSuccess(status);
 }
 
+/// Keys that others share are left when something stands in them.
+void RemoveIfEmpty(HKEY root, const std::wstring& key) {
+  const std::wstring whole = kClassesKey + key;
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(root, whole.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) return;
+  DWORD keys = 1;
+  DWORD values = 1;
+  RegQueryInfoKeyW(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr,
+                   nullptr, nullptr);
+  RegCloseKey(opened);
+  if (keys == 0 && values == 0) RegDeleteKeyW(root, whole.c_str());
+}
+
 void RegisterTypes(bool forUser) {
   std::wstring path = ModulePath();
   const ComPtr<ITypeLib> library = TypeLibrary();
@@ -78,6 +91,9 @@ void UnregisterIn(HKEY root) {
   for (const PublishedClass& published : Classes()) {
     RemoveTree(root, L"CLSID\\" + Text(*published.id));
     RemoveTree(root, std::wstring(kLibrary) + published.name);
+  }
+  for (const wchar_t* const shared : {L"CLSID", L"Interface", L"TypeLib"}) {
+    RemoveIfEmpty(root, shared);
   }
 }
 

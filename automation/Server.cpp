@@ -128,8 +128,8 @@ HRESULT WINAPI DllGetClassObject(REFCLSID classId, REFIID id, LPVOID* result) {
   *result = nullptr;
   for (const automation::PublishedClass& published : automation::Classes()) {
     if (*published.id != classId) continue;
-    const auto factory = automation::ComPtr<IClassFactory>::Adopt(new (std::nothrow)
-                                                                      automation::ClassFactory(published));
+    const auto factory =
+        automation::ComPtr<IClassFactory>::Adopt(new (std::nothrow) automation::ClassFactory(published));
     return factory ? factory->QueryInterface(id, result) : E_OUTOFMEMORY;
   }
   return CLASS_E_CLASSNOTAVAILABLE;

@@ -7,8 +7,8 @@ namespace automation {
 namespace {
 
 // An object to render and where errors go.
-#define AUTOMATION_RENDER(name, type) \
-  HRESULT STDMETHODCALLTYPE name(type* Object, _clsVnError** ErrObj, BSTR* Result) override { \
+#define AUTOMATION_RENDER(name, type)                                                                \
+  HRESULT STDMETHODCALLTYPE name(type* Object, _clsVnError** ErrObj, BSTR* Result) override {        \
     return Give(Result, [&] { return It().name(FromCom(Object), FromCom(ErrorIn(ErrObj)).get()); }); \
   }
 

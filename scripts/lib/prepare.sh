@@ -15,6 +15,15 @@ build_packages=(
   nlohmann-json3-dev libssl-dev libsqlite3-dev
 )
 
+# What a build of the automation server needs on Debian, and what its tests need besides.
+windows_packages=(
+  cmake ninja-build g++ python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libwine zip
+)
+wine_packages=(wine wine64 xvfb xauth)
+
+# Options that build hands to cmake.
+cmake_options=()
+
 # require_packages <package>...: installs those that are missing; silent when none is.
 require_packages() {
   if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
@@ -46,7 +55,7 @@ build() {
   shift
   (
     cd "$root" || exit
-    cmake --preset "$preset"
+    cmake --preset "$preset" ${cmake_options[@]+"${cmake_options[@]}"}
     if (($# > 0)); then
       cmake --build --preset "$preset" --parallel "$(nproc)" --target "$@"
     else

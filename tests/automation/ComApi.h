@@ -188,11 +188,21 @@ class clsVnError {
  public:
   Holder<_clsVnError> it;
 
-  std::int32_t ErrorNr() { return Scalar<std::int32_t, LONG>([&](auto* v) { return it->get_ErrorNr(v); }); }
-  std::string ErrorMsg() { return Text([&](BSTR* v) { return it->get_ErrorMsg(v); }); }
-  std::string ErrorFunction() { return Text([&](BSTR* v) { return it->get_ErrorFunction(v); }); }
-  std::string ErrorSource() { return Text([&](BSTR* v) { return it->get_ErrorSource(v); }); }
-  bool IsUserDef() { return Boolean([&](VARIANT_BOOL* v) { return it->get_IsUserDef(v); }); }
+  std::int32_t ErrorNr() {
+    return Scalar<std::int32_t, LONG>([&](auto* v) { return it->get_ErrorNr(v); });
+  }
+  std::string ErrorMsg() {
+    return Text([&](BSTR* v) { return it->get_ErrorMsg(v); });
+  }
+  std::string ErrorFunction() {
+    return Text([&](BSTR* v) { return it->get_ErrorFunction(v); });
+  }
+  std::string ErrorSource() {
+    return Text([&](BSTR* v) { return it->get_ErrorSource(v); });
+  }
+  bool IsUserDef() {
+    return Boolean([&](VARIANT_BOOL* v) { return it->get_IsUserDef(v); });
+  }
 };
 
 /// The frame of the classes.
@@ -201,7 +211,9 @@ class Framed {
  public:
   explicit Framed(REFCLSID id) : it(id) { Check(it->get_ErrorObject(error_.it.Place())); }
 
-  bool HasError() { return Boolean([&](VARIANT_BOOL* v) { return it->HasError(v); }); }
+  bool HasError() {
+    return Boolean([&](VARIANT_BOOL* v) { return it->HasError(v); });
+  }
   clsVnError& ErrorObject() { return error_; }
 
   Holder<Interface> it;
@@ -210,24 +222,24 @@ class Framed {
   clsVnError error_;
 };
 
-#define COM_TEXT(name) \
-  std::string name() { \
+#define COM_TEXT(name)                                       \
+  std::string name() {                                       \
     return Text([&](BSTR* v) { return it->get_##name(v); }); \
   }
 #define COM_TEXT_WRITE(name) \
   void name(std::string_view value) { Check(it->put_##name(In(value))); }
-#define COM_FLAG(name) \
-  bool name() { \
+#define COM_FLAG(name)                                                  \
+  bool name() {                                                         \
     return Boolean([&](VARIANT_BOOL* v) { return it->get_##name(v); }); \
-  } \
+  }                                                                     \
   void name(bool value) { Check(it->put_##name(Flag(value))); }
-#define COM_DATE(name) \
-  Date name() { \
+#define COM_DATE(name)                                                     \
+  Date name() {                                                            \
     return Scalar<Date, DATE>([&](auto* v) { return it->get_##name(v); }); \
-  } \
+  }                                                                        \
   void name(Date value) { Check(it->put_##name(value.Value())); }
-#define COM_MONEY(name) \
-  Currency name() { \
+#define COM_MONEY(name)                                                      \
+  Currency name() {                                                          \
     return Scalar<Currency, CY>([&](auto* v) { return it->get_##name(v); }); \
   }
 
@@ -452,7 +464,8 @@ class clsZelBaseCoding : public Framed<_clsZelBaseCoding> {
     Array buffer(Buffer);
     Number start(Start);
     return Boolean([&](VARIANT_BOOL* v) {
-      return it->SetZelAmounts(buffer, start, static_cast<unsigned char>(Tag), ToCy(Amount), Flag(LongVal), v);
+      return it->SetZelAmounts(buffer, start, static_cast<unsigned char>(Tag), ToCy(Amount), Flag(LongVal),
+                               v);
     });
   }
   bool GetZelAmounts(const ByteArray& Buffer, std::int32_t& Start, VnZEL10cmn::ZelTags Tag, Currency& Result,

@@ -49,16 +49,17 @@ class Random {
   std::mt19937_64 engine_;
 };
 
-const std::vector<std::string> kTexts = {"kaffee",
-                                         "Brötchen",
-                                         "Äpfel, süß (größe 2)",
-                                         "",
-                                         "   käse   ",
-                                         "x",
-                                         "a very long name of an article that no display has room for, and more",
-                                         "tab\there",
-                                         "euro € und €",
-                                         "日本"};
+const std::vector<std::string> kTexts = {
+    "kaffee",
+    "Brötchen",
+    "Äpfel, süß (größe 2)",
+    "",
+    "   käse   ",
+    "x",
+    "a very long name of an article that no display has room for, and more",
+    "tab\there",
+    "euro € und €",
+    "日本"};
 const std::vector<std::string> kUnits = {"", "stk", "kg", "Flasche", "m²", "eine sehr lange Einheit"};
 
 Currency Amount(Random& random) {
@@ -69,11 +70,10 @@ Currency Amount(Random& random) {
 
 /// Inside the limits: outside them the present time may take its place, which is another one each time.
 Date Moment(Random& random) {
-  return Date::FromCivil(static_cast<std::int32_t>(random.Between(2000, 2099)),
-                         static_cast<std::int32_t>(random.Between(1, 12)),
-                         static_cast<std::int32_t>(random.Between(1, 28)),
-                         static_cast<std::int32_t>(random.Between(0, 23)),
-                         static_cast<std::int32_t>(random.Between(0, 59)));
+  return Date::FromCivil(
+      static_cast<std::int32_t>(random.Between(2000, 2099)), static_cast<std::int32_t>(random.Between(1, 12)),
+      static_cast<std::int32_t>(random.Between(1, 28)), static_cast<std::int32_t>(random.Between(0, 23)),
+      static_cast<std::int32_t>(random.Between(0, 59)));
 }
 
 /// The text with the instance IDs in it, which differ each time, left out.
@@ -143,8 +143,9 @@ void AddItems(Document& document, Random& random, Record& record) {
     const bool discount = random.OneIn(8);
     const bool voucher = random.OneIn(8);
     const bool thirdParty = random.OneIn(8);
-    record.Line("SetItemData", item->SetItemData(quantity, name, unit, prices[0], prices[1], prices[3], discount,
-                                                 voucher, thirdParty, prices[4], prices[5], prices[2]));
+    record.Line("SetItemData",
+                item->SetItemData(quantity, name, unit, prices[0], prices[1], prices[3], discount, voucher,
+                                  thirdParty, prices[4], prices[5], prices[2]));
     record.Error(*item);
     if (random.OneIn(10)) item->Price(static_cast<std::int32_t>(random.Between(-1, 8)), Amount(random));
     record.Line("Item", item->ToString());
@@ -160,7 +161,8 @@ void AddItems(Document& document, Random& random, Record& record) {
     record.Error(document);
   }
   record.Line("ItemCount", document.ItemCount());
-  for (const ZELHashFmt format : {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
+  for (const ZELHashFmt format :
+       {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
     record.Line("GetItemHash",
                 document.GetItemHash(format, random.Coin(), static_cast<std::int32_t>(random.Between(0, 6))));
     record.Error(document);
@@ -193,7 +195,8 @@ void Take(Document& document, ZELSerialType type, const ByteArray& data, Random&
 template <class Document>
 bool Exchange(Document& document, Document& copy, Random& random, Record& record) {
   std::string xml;
-  record.Line("XmlHandler out", document.XmlHandler(xml, true, static_cast<std::int32_t>(random.Between(0, 8))));
+  record.Line("XmlHandler out",
+              document.XmlHandler(xml, true, static_cast<std::int32_t>(random.Between(0, 8))));
   record.Error(document);
   record.Line("Xml", xml);
   if (!xml.empty() && random.OneIn(4)) {
@@ -259,8 +262,9 @@ void Booking(Random& random, Answers& answers, Record& record) {
   if (Exchange(booking, copy, random, record)) Show(copy, record);
   const auto type = static_cast<ZELSerialType>(random.Between(0, 6));
   ByteArray buffer = ByteArray::WithBounds(0, static_cast<std::int32_t>(random.Between(0, 200)));
-  record.Line("BinaryDataGet of a type",
-              booking.BinaryDataGet(type, buffer, static_cast<std::int32_t>(random.Between(-1, 100)), &length));
+  record.Line(
+      "BinaryDataGet of a type",
+      booking.BinaryDataGet(type, buffer, static_cast<std::int32_t>(random.Between(-1, 100)), &length));
   record.Error(booking);
   record.Line("Buffer", buffer);
   record.Line("Clear", booking.Clear());
@@ -336,7 +340,8 @@ void Show(api::clsZelTransActData& data, Record& record) {
   record.Line("ZelRespSeqNr", data.ZelRespSeqNr());
   record.Line("ZelRespSignature", std::string(data.ZelRespSignature()));
   record.Line("DataHash", std::string(data.DataHash()));
-  for (const ZELHashFmt format : {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
+  for (const ZELHashFmt format :
+       {ZELHashFmt::Base64, ZELHashFmt::Base32, ZELHashFmt::Base32H, ZELHashFmt::Base16}) {
     for (const bool fromMemory : {false, true}) {
       record.Line("GetDataHash", data.GetDataHash(format, fromMemory, 5));
       record.Error(data);
@@ -386,8 +391,8 @@ void Records(Random& random, Record& record) {
   ByteArray buffer = ByteArray::WithBounds(lower, lower + static_cast<std::int32_t>(random.Between(0, 60)));
   auto start = static_cast<std::int32_t>(random.Between(lower - 1, lower + 30));
   const std::int32_t first = start;
-  record.Line("SetZelAmounts", coder.SetZelAmounts(buffer, start, VnZEL10cmn::ZelTags::Item_Price1, Amount(random),
-                                                   random.Coin()));
+  record.Line("SetZelAmounts", coder.SetZelAmounts(buffer, start, VnZEL10cmn::ZelTags::Item_Price1,
+                                                   Amount(random), random.Coin()));
   record.Error(coder);
   record.Line("SetZelOperator", coder.SetZelOperator(buffer, start, random.Of(kTexts)));
   record.Error(coder);
@@ -395,8 +400,8 @@ void Records(Random& random, Record& record) {
   record.Line("Start", start);
   std::int32_t position = first;
   Currency amount = 7;
-  record.Line("GetZelAmounts", coder.GetZelAmounts(buffer, position, VnZEL10cmn::ZelTags::Item_Price1, amount,
-                                                   random.Coin()));
+  record.Line("GetZelAmounts",
+              coder.GetZelAmounts(buffer, position, VnZEL10cmn::ZelTags::Item_Price1, amount, random.Coin()));
   record.Error(coder);
   record.Line("Amount", amount);
   std::string name = "before";
@@ -407,16 +412,18 @@ void Records(Random& random, Record& record) {
 
   api::clsHelper01 helper;
   std::string text = "before";
-  record.Line("ToBase64String", helper.ToBase64String(buffer, text, static_cast<std::int32_t>(random.Between(-1, 70)),
-                                                      static_cast<std::int32_t>(random.Between(-1, 70)),
-                                                      static_cast<std::int32_t>(random.Between(0, 20))));
+  record.Line("ToBase64String",
+              helper.ToBase64String(buffer, text, static_cast<std::int32_t>(random.Between(-1, 70)),
+                                    static_cast<std::int32_t>(random.Between(-1, 70)),
+                                    static_cast<std::int32_t>(random.Between(0, 20))));
   record.Error(helper);
   record.Line("Text", text);
   ByteArray bytes{1, 2, 3};
   record.Line("FromBase64String", helper.FromBase64String(random.OneIn(3) ? random.Of(kTexts) : text, bytes));
   record.Error(helper);
   record.Line("Bytes", bytes);
-  record.Line("RoundCmrc2", helper.RoundCmrc2(Amount(random), static_cast<std::int32_t>(random.Between(-2, 6))));
+  record.Line("RoundCmrc2",
+              helper.RoundCmrc2(Amount(random), static_cast<std::int32_t>(random.Between(-2, 6))));
   record.Line("ZEL_CharReplace",
               helper.ZEL_CharReplace(random.Of(kTexts), static_cast<std::int32_t>(random.Between(-1, 20))));
   std::vector<std::string> lines;

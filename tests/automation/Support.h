@@ -1,6 +1,8 @@
 #pragma once
 
 #include <windows.h>
+
+// After windows.h.
 #include <oleauto.h>
 
 #include <cstdio>
@@ -13,16 +15,17 @@ namespace test {
 
 inline std::wstring Widen(std::string_view text) {
   const int size = static_cast<int>(text.size());
-  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0)), L'\0');
+  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0)),
+                    L'\0');
   MultiByteToWideChar(CP_UTF8, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
   return wide;
 }
 
 inline std::string Narrow(std::wstring_view text) {
   const int size = static_cast<int>(text.size());
-  std::string narrow(
-      static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr)),
-      '\0');
+  std::string narrow(static_cast<std::size_t>(
+                         WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr)),
+                     '\0');
   WideCharToMultiByte(CP_UTF8, 0, text.data(), size, narrow.data(), static_cast<int>(narrow.size()), nullptr,
                       nullptr);
   return narrow;

@@ -112,7 +112,9 @@ class HostClass : public Interface {
   ULONG STDMETHODCALLTYPE Release() override { return --references; }
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                                    UINT*) override {
     return E_NOTIMPL;
@@ -154,7 +156,8 @@ class HostItem : public HostClass<IVnZelItem> {
   }
   HRESULT STDMETHODCALLTYPE BinaryDataGet(SAFEARRAY** Data, LONG* Start, VARIANT_BOOL* Result) override {
     if (raises != S_OK) return raises;
-    constexpr std::uint8_t kRecords[] = {0xA0, 0x01, '1', 0xA2, 0x04, 'h', 'o', 's', 't', 0xB2, 0x02, 0x25, 0x0C};
+    constexpr std::uint8_t kRecords[] = {0xA0, 0x01, '1',  0xA2, 0x04, 'h', 'o',
+                                         's',  't',  0xB2, 0x02, 0x25, 0x0C};
     std::memcpy(static_cast<std::uint8_t*>((*Data)->pvData) + *Start, kRecords, sizeof kRecords);
     *Start += static_cast<LONG>(sizeof kRecords);
     return Give(Result, true);
@@ -168,7 +171,8 @@ class HostItem : public HostClass<IVnZelItem> {
   }
   HRESULT STDMETHODCALLTYPE Clear() override { return S_OK; }
   HRESULT STDMETHODCALLTYPE HasError(VARIANT_BOOL* Result) override { return error_->HasError(Result); }
-  HRESULT STDMETHODCALLTYPE GetPrices(SAFEARRAY** Prices, VARIANT_BOOL* IsThrdPrt, VARIANT_BOOL* Result) override {
+  HRESULT STDMETHODCALLTYPE GetPrices(SAFEARRAY** Prices, VARIANT_BOOL* IsThrdPrt,
+                                      VARIANT_BOOL* Result) override {
     SAFEARRAYBOUND bound{6, 0};
     if (*Prices != nullptr) SafeArrayDestroy(*Prices);
     *Prices = SafeArrayCreate(VT_CY, 1, &bound);
@@ -214,7 +218,8 @@ class HostPrint : public HostFramed<_clsZelItemPrint> {
     Item->QueryInterface(__uuidof(IVnZelItem), kept.PlaceVoid());
     return Give(Result, L"host's text of an item");
   }
-  HRESULT STDMETHODCALLTYPE ToStringBI(_clsZelTransAct* BookItem, _clsVnError** ErrObj, BSTR* Result) override {
+  HRESULT STDMETHODCALLTYPE ToStringBI(_clsZelTransAct* BookItem, _clsVnError** ErrObj,
+                                       BSTR* Result) override {
     isRight = SameObject(BookItem, expected);
     if (ErrObj != nullptr && *ErrObj != nullptr) {
       VARIANT_BOOL ignored = VARIANT_FALSE;
@@ -280,7 +285,8 @@ void Identity() {
   Ptr<_clsZelItemCash> item;
   Create(CLSID_clsZelItemCash, item);
   EXPECT(Succeeds([&](auto* v) {
-    return item->SetItemData(Money(10000), Text(L"kaffee"), nullptr, Money(28000), {}, {}, 0, 0, 0, {}, {}, {}, v);
+    return item->SetItemData(Money(10000), Text(L"kaffee"), nullptr, Money(28000), {}, {}, 0, 0, 0, {}, {},
+                             {}, v);
   }));
   Ptr<IVnZelItem> asItem;
   EXPECT(SUCCEEDED(item->QueryInterface(__uuidof(IVnZelItem), asItem.PlaceVoid())));
@@ -341,7 +347,8 @@ void Enumeration() {
 }
 
 void ExpectRaised(HRESULT result, int number, const wchar_t* source, int line) {
-  Expect(result == static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)), "run-time number", line);
+  Expect(result == static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number)), "run-time number",
+         line);
   Ptr<IErrorInfo> info;
   Expect(GetErrorInfo(0, info.Place()) == S_OK, "error information", line);
   if (info.Get() == nullptr) return;
@@ -353,7 +360,8 @@ void RaisedFailures() {
   Ptr<_clsZelItemCash> item;
   Create(CLSID_clsZelItemCash, item);
   CY price;
-  ExpectRaised(item->get_Price2(static_cast<ZELVatClasses>(6), &price), 9, L"VnZEL10cmn.clsZelItemCash", __LINE__);
+  ExpectRaised(item->get_Price2(static_cast<ZELVatClasses>(6), &price), 9, L"VnZEL10cmn.clsZelItemCash",
+               __LINE__);
   ExpectRaised(item->put_Price2(static_cast<ZELVatClasses>(-1), Money(1)), 9, L"VnZEL10cmn.clsZelItemCash",
                __LINE__);
   Ptr<_clsZelVatList> rates;
@@ -368,9 +376,11 @@ void RaisedFailures() {
   Ptr<_clsHelper01> helper;
   Create(CLSID_clsHelper01, helper);
   LONG number = 0;
-  ExpectRaised(helper->CurrencyToLong(Money(90000000000000), &number), 6, L"VnZEL10cmn.clsHelper01", __LINE__);
+  ExpectRaised(helper->CurrencyToLong(Money(90000000000000), &number), 6, L"VnZEL10cmn.clsHelper01",
+               __LINE__);
   SAFEARRAY* array = Bytes(0, {1, 2});
-  ExpectRaised(helper->BytesToLong(&array, 5, 1, VARIANT_FALSE, &number), 9, L"VnZEL10cmn.clsHelper01", __LINE__);
+  ExpectRaised(helper->BytesToLong(&array, 5, 1, VARIANT_FALSE, &number), 9, L"VnZEL10cmn.clsHelper01",
+               __LINE__);
   SafeArrayDestroy(array);
   Ptr<_clsZelTransAct> booking;
   Create(CLSID_clsZelTransAct, booking);
@@ -432,7 +442,8 @@ void Bounds() {
   LONG start = 0;
   Text name(L"before");
   VARIANT_BOOL success = VARIANT_TRUE;
-  EXPECT(SUCCEEDED(coder->GetZelOperator(&array, &start, name.Place(), &success)) && success == VARIANT_FALSE);
+  EXPECT(SUCCEEDED(coder->GetZelOperator(&array, &start, name.Place(), &success)) &&
+         success == VARIANT_FALSE);
   Ptr<_clsVnError> error;
   coder->get_ErrorObject(error.Place());
   LONG number = 0;
@@ -457,7 +468,8 @@ void Bounds() {
   EXPECT(array == nullptr);
   Ptr<_clsHelper01> helper;
   Create(CLSID_clsHelper01, helper);
-  EXPECT(Succeeds([&](auto* v) { return helper->FromBase64String(Text(L"QUJD"), &array, Text(L"+"), Text(L"/"), v); }));
+  EXPECT(Succeeds(
+      [&](auto* v) { return helper->FromBase64String(Text(L"QUJD"), &array, Text(L"+"), Text(L"/"), v); }));
   EXPECT(array != nullptr && array->rgsabound[0].cElements == 3 && std::memcmp(array->pvData, "ABC", 3) == 0);
   SafeArrayDestroy(array);
 
@@ -484,12 +496,18 @@ void HostItems() {
     booking->put_Operator(Text(L"Meier"));
     SAFEARRAY* data = Bytes(0, std::vector<std::uint8_t>(13));
     LONG start = 0;
-    EXPECT(Succeeds([&](auto* v) { return booking->BinaryDataGet(ZELSerialType_ItemList, &data, &start, nullptr, v); }));
+    EXPECT(Succeeds(
+        [&](auto* v) { return booking->BinaryDataGet(ZELSerialType_ItemList, &data, &start, nullptr, v); }));
     EXPECT(data != nullptr && data->rgsabound[0].cElements == 13 &&
-           std::memcmp(data->pvData, "\xA0\x01" "1" "\xA2\x04host\xB2\x02\x25\x0C", 13) == 0);
+           std::memcmp(data->pvData,
+                       "\xA0\x01"
+                       "1"
+                       "\xA2\x04host\xB2\x02\x25\x0C",
+                       13) == 0);
     SafeArrayDestroy(data);
     data = nullptr;
-    EXPECT(Succeeds([&](auto* v) { return booking->BinaryDataGet(ZELSerialType_Request, &data, &start, nullptr, v); }));
+    EXPECT(Succeeds(
+        [&](auto* v) { return booking->BinaryDataGet(ZELSerialType_Request, &data, &start, nullptr, v); }));
     SafeArrayDestroy(data);
     CY turnover{};
     CY vat{};
@@ -587,7 +605,8 @@ void LogFile(const wchar_t* path) {
   EXPECT(Succeeds([&](auto* v) { return log->FileWriteEntry(&entry, v); }));
   Ptr<_clsVnLogItem> message;
   Create(CLSID_clsVnLogItem, message);
-  EXPECT(Succeeds([&](auto* v) { return message->SetMessage(Text(L"hallo"), nullptr, nullptr, nullptr, v); }));
+  EXPECT(
+      Succeeds([&](auto* v) { return message->SetMessage(Text(L"hallo"), nullptr, nullptr, nullptr, v); }));
   Ptr<IVnLogItem> asEntry;
   EXPECT(SUCCEEDED(message->QueryInterface(__uuidof(IVnLogItem), asEntry.PlaceVoid())));
   EXPECT(Succeeds([&](auto* v) { return log->FileWriteEntry(asEntry.Get(), v); }));
@@ -613,12 +632,14 @@ SIZE_T CommittedBytes() {
 class Factory {
  public:
   explicit Factory(REFCLSID id) {
-    test::Require(CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory_.PlaceVoid()),
-                  "CoGetClassObject");
+    test::Require(
+        CoGetClassObject(id, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory, factory_.PlaceVoid()),
+        "CoGetClassObject");
   }
   template <class Interface>
   void Create(Ptr<Interface>& object) const {
-    test::Require(factory_->CreateInstance(nullptr, __uuidof(Interface), object.PlaceVoid()), "CreateInstance");
+    test::Require(factory_->CreateInstance(nullptr, __uuidof(Interface), object.PlaceVoid()),
+                  "CreateInstance");
   }
 
  private:
@@ -641,7 +662,8 @@ void UseABooking(const Factories& factories) {
   Ptr<_clsZelItemCash> item;
   factories.items.Create(item);
   VARIANT_BOOL success = VARIANT_FALSE;
-  item->SetItemData(Money(10000), Text(L"kaffee"), Text(L"stk"), Money(28000), {}, {}, 0, 0, 0, {}, {}, {}, &success);
+  item->SetItemData(Money(10000), Text(L"kaffee"), Text(L"stk"), Money(28000), {}, {}, 0, 0, 0, {}, {}, {},
+                    &success);
   Ptr<IVnZelItem> asItem;
   item->QueryInterface(__uuidof(IVnZelItem), asItem.PlaceVoid());
   booking->AddItem(asItem.Get(), &success);

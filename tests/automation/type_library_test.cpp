@@ -2,6 +2,8 @@
 // with status 0 if nothing differs.
 
 #include <windows.h>
+
+// After windows.h.
 #include <oleauto.h>
 
 #include <algorithm>
@@ -56,9 +58,10 @@ std::string TypeName(ITypeInfo* info, const TYPEDESC& type) {
     case VT_DATE: return "Date";
     case VT_VARIANT: return "Variant";
     case VT_UNKNOWN: return "IUnknown";
-    case VT_SAFEARRAY: return type.lptdesc->vt == VT_UI1   ? "Bytes"
-                              : type.lptdesc->vt == VT_CY ? "Currencies"
-                                                          : "array of " + TypeName(info, *type.lptdesc);
+    case VT_SAFEARRAY:
+      return type.lptdesc->vt == VT_UI1  ? "Bytes"
+             : type.lptdesc->vt == VT_CY ? "Currencies"
+                                         : "array of " + TypeName(info, *type.lptdesc);
     case VT_PTR: return TypeName(info, *type.lptdesc) + "*";
     case VT_USERDEFINED: {
       ITypeInfo* referred = nullptr;
@@ -316,10 +319,11 @@ int main(int argc, char** argv) {
     Counts counts;
     const Contract found = ReadTypeLibrary(test::Widen(argv[1]), counts);
     const int differences = Compare(ReadContract(argv[2]), found);
-    std::printf("%d classes, %d members, %d parameters, %d defaults, %d enumeration values compared, "
-                "%d differences\n",
-                counts.classes, counts.members, counts.parameters, counts.defaults, counts.enumerationValues,
-                differences);
+    std::printf(
+        "%d classes, %d members, %d parameters, %d defaults, %d enumeration values compared, "
+        "%d differences\n",
+        counts.classes, counts.members, counts.parameters, counts.defaults, counts.enumerationValues,
+        differences);
     return differences == 0 ? 0 : 1;
   } catch (const std::exception& failure) {
     std::printf("%s\n", failure.what());
