@@ -17,7 +17,7 @@ build_packages=(
 
 # What a build of the automation server needs on Debian, and what its tests need besides.
 windows_packages=(
-  cmake ninja-build g++ python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libwine zip
+  cmake ninja-build g++ python3 g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libwine zip unzip
 )
 wine_packages=(wine wine64 xvfb xauth)
 

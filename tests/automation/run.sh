@@ -89,11 +89,26 @@ case $test in
     ;;
   registration)
     windows reg query 'HKCR\VnZEL10cmn.clsZelTransAct' >/dev/null 2>&1 && fail "registered before"
+    # Without registration, by manifests beside program and DLL.
+    rm -rf "$folder/beside"
+    mkdir -p "$folder/beside"
+    cp "$dll" "$windows/automation/generated/VnZEL10cmn.manifest" "$windows/tests/automation/compare.exe" \
+      "$folder/beside"
+    ! windows "$folder/beside/compare.exe" "$(path "$expected/answers.bin")" "$(path "$folder/beside.txt")" \
+      >/dev/null || fail "classes are found without registration and manifest"
+    version=$(sed -n 's/.*name="VnZEL10cmn" version="\([^"]*\)".*/\1/p' "$folder/beside/VnZEL10cmn.manifest")
+    sed "s/@VERSION@.0/$version/" "$here/compare.exe.manifest" >"$folder/beside/compare.exe.manifest"
+    windows "$folder/beside/compare.exe" "$(path "$expected/answers.bin")" "$(path "$folder/beside.txt")"
+    cmp "$expected/expected.txt" "$folder/beside.txt"
     register_and_back HKEY_LOCAL_MACHINE
     register_and_back HKEY_CURRENT_USER /n /i:user
     windows regsvr32 /s "$(path "$dll")" || fail "registering failed"
     ;;
   type_library)
+    # Every identifier stands in the manual.
+    while read -r identifier; do
+      grep -qi "$identifier" "$here/../../docs/automation.md" || fail "$identifier is missing in docs/automation.md"
+    done < <(grep -oE 'uuid\([-0-9a-f]{36}\)' "$here/../../automation/VnZEL10cmn.idl" | sed 's/uuid(//; s/)//')
     windows "$windows/tests/automation/type_library_test.exe" "$(path "$dll")" "$(path "$here/contract.txt")"
     # A list with something else in it is told from the right one.
     for change in 's/ErrMsg: String/ErrMsg: Long/' 's/= 9204/= 9205/' '/TurnoverThrd/d' 's/Intent: Long = 4/Intent: Long = 5/'; do
