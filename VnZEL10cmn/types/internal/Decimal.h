@@ -4,10 +4,9 @@
 #include <string_view>
 
 #include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/internal/Uint128.h"
 
 namespace VnZEL10cmn::internal {
-
-__extension__ using Uint128 = unsigned __int128;
 
 /// A decimal number of up to 28 digits: a magnitude below 2^96 divided by a power of ten.
 class Decimal {
