@@ -137,11 +137,11 @@ MaybeRefusal WriteNibbles(ByteArray& buffer, std::int32_t& start, ZelTags tag, s
   WriteHead(buffer, start, tag, length);
   std::size_t nibble = digits.size() % 2;
   unsigned byte = 0;
-  std::int32_t at = start + kRecordHead;
+  std::int64_t at = std::int64_t{start} + kRecordHead;  // behind the last byte there may be no index
   for (const char digit : digits) {
     byte = byte << 4 | static_cast<unsigned>(HexValue(static_cast<char16_t>(digit)));
     if (++nibble % 2 == 0) {
-      buffer[at++] = static_cast<std::uint8_t>(byte & 0xFF);
+      buffer[static_cast<std::int32_t>(at++)] = static_cast<std::uint8_t>(byte & 0xFF);
     }
   }
   Advance(start, length);
@@ -174,10 +174,11 @@ Refusal TooLong(std::int32_t start, std::uint8_t tag, std::int64_t length, std::
 
 Refusal InvalidTextByte(std::int32_t start, std::uint8_t tag, std::size_t length, std::size_t offset,
                         std::uint8_t byte) {
-  return {ZELErrorCodes::Err_Zel_CnvInvalidChar,
-          Compose("Es wurde ein ungültiger Zeichenwert gefunden!", kTagLine, HexByte(tag), kTagLengthLine,
-                  length, kTotalPositionLine, start + kRecordHead + static_cast<std::int64_t>(offset),
-                  kTagPositionLine, offset, "\r\n    Zeichenwert .....: ", byte, " // ", HexByte(byte))};
+  return {
+      ZELErrorCodes::Err_Zel_CnvInvalidChar,
+      Compose("Es wurde ein ungültiger Zeichenwert gefunden!", kTagLine, HexByte(tag), kTagLengthLine, length,
+              kTotalPositionLine, std::int64_t{start} + kRecordHead + static_cast<std::int64_t>(offset),
+              kTagPositionLine, offset, "\r\n    Zeichenwert .....: ", byte, " // ", HexByte(byte))};
 }
 
 Refusal UnexpectedTag(std::uint8_t tag) {
@@ -339,14 +340,14 @@ MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std
     return refusal;
   }
   WriteHead(buffer, start, tag, length);
-  std::int32_t at = start + kRecordHead;
+  std::int64_t at = std::int64_t{start} + kRecordHead;  // behind the last byte there may be no index
   char16_t refused = 0;
   std::size_t position = 0;
   const auto write = [&](char16_t unit) {
     const std::uint8_t code = ToCodePage1252(unit);
     const bool printable = code >= 32 && code <= 127;
     if (printable) {
-      buffer[at++] = code;
+      buffer[static_cast<std::int32_t>(at++)] = code;
     }
     return printable;
   };

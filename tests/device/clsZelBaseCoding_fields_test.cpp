@@ -777,6 +777,23 @@ TEST(SetZelTranspPin, TooLongAPinHasTheTextOfTheMaximumLength) {
               "    Maximallänge ....: 6");
 }
 
+// The PIN is checked before the array: its place in a record at the last index lies beyond all indices.
+TEST(SetZelTranspPin, APlaceBeyondTheLastIndexIsToldAsItIs) {
+  clsZelBaseCoding coding;
+  ByteArray buffer = Filled(20);
+  std::int32_t start = kInt32Max;
+  EXPECT_FALSE(coding.SetZelTranspPin(buffer, start, "1x3456"));
+  ExpectError(coding.ErrorObject(), 9206, true, "SetZelTranspPin",
+              "Es wurde ein ungültiger Zeichenwert gefunden!\r\n"
+              "    Tag .............: 0xC3\r\n"
+              "    Taglänge ........: 6\r\n"
+              "    Position total ..: 2147483650\r\n"
+              "    Position Tag ....: 1\r\n"
+              "    Zeichenwert .....: 120 // 0x78");
+  EXPECT_EQ(start, kInt32Max);
+  EXPECT_EQ(buffer, Filled(20));
+}
+
 TEST(SetZelTranspPin, WantsDigits) {
   clsZelBaseCoding coding;
   ByteArray buffer = Filled(20);

@@ -564,6 +564,27 @@ TEST(GetDataBinary, StartBeyondTheLargestIndexIsAFault) {
   ExpectFault(coding.ErrorObject(), 6, "GetDataBinary");
 }
 
+// A record may end at the last index that there is, but no position lies behind it.
+TEST(SetDataAscii, ARecordThatEndsAtTheLastIndexIsAFault) {
+  clsZelBaseCoding coding;
+  ByteArray buffer = ByteArray::WithBounds(kInt32Max - 3, kInt32Max);
+  std::int32_t start = kInt32Max - 3;
+  EXPECT_FALSE(coding.SetDataAscii(buffer, start, ZelTags::Operator, "AB"));
+  ExpectFault(coding.ErrorObject(), 6, "SetDataAscii");
+  EXPECT_EQ(start, kInt32Max - 3);
+  EXPECT_EQ(buffer, FromHexAt(kInt32Max - 3, "C6 02 41 42"));
+}
+
+TEST(SetDataBcd, ARecordThatEndsAtTheLastIndexIsAFault) {
+  clsZelBaseCoding coding;
+  ByteArray buffer = ByteArray::WithBounds(kInt32Max - 3, kInt32Max);
+  std::int32_t start = kInt32Max - 3;
+  EXPECT_FALSE(coding.SetDataBcd(buffer, start, ZelTags::Trnvr_Counter, "1234"));
+  ExpectFault(coding.ErrorObject(), 6, "SetDataBcd");
+  EXPECT_EQ(start, kInt32Max - 3);
+  EXPECT_EQ(buffer, FromHexAt(kInt32Max - 3, "DC 02 12 34"));
+}
+
 TEST(SetDataBinary, WritesTagLengthAndValue) {
   clsZelBaseCoding coding;
   ByteArray buffer = Filled(7, 0xEE);
