@@ -1,0 +1,30 @@
+// Reading of a booking's request.
+
+#include "fuzz/Bookings.h"
+#include "fuzz/Targets.h"
+
+namespace fuzz {
+
+void BookingRequest(Bytes data) {
+  Input input(data);
+  const std::uint8_t options = input.Byte();
+  const Delivery delivery = Delivery::Take(input, VnZEL10cmn::ZELSerialType::Request);
+  VnZEL10cmn::clsZelTransAct booking;
+  if (Deliver(booking, delivery)) {
+    FUZZ_CHECK(FromBase64(booking.ZelRqstData()) == delivery.Meant());
+    FUZZ_CHECK(!booking.Operator().empty() && booking.Operator().size() <= 16);
+    const std::size_t hash = FromBase64(booking.ItemHash()).size();
+    FUZZ_CHECK(hash == 20 || hash == 32);
+    VnZEL10cmn::clsZelTransAct again;
+    FUZZ_CHECK(again.BinaryDataSet(delivery.type, VnZEL10cmn::ByteArray(delivery.Meant()), 0));
+    FUZZ_CHECK(AskForTheSame(booking, again));
+  }
+  if ((options & 1) != 0) {
+    CheckText(booking);
+  }
+  if ((options & 2) != 0) {
+    CheckStillUsable(booking);
+  }
+}
+
+}  // namespace fuzz

@@ -1,0 +1,318 @@
+// Text codecs, hashes, and the byte and text helpers.
+
+#include <openssl/sha.h>
+
+#include <array>
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "fuzz/Records.h"
+#include "fuzz/Targets.h"
+
+namespace fuzz {
+
+namespace {
+
+using VnZEL10cmn::ByteArray;
+using VnZEL10cmn::clsHelper01;
+
+std::string WithoutBreaks(const std::string& text) {
+  std::string result;
+  for (const char c : text) {
+    if (c != '\r' && c != '\n') {
+      result.push_back(c);
+    }
+  }
+  return result;
+}
+
+/// Replacement characters that can't be told from what else stands in a Base64 text.
+bool IsAmbiguous(const std::string& replacement) {
+  return replacement.find_first_of("=\r\n") != std::string::npos || !IsUtf8(replacement);
+}
+
+/// The bytes that a range of an array means, or a refusal.
+struct Range {
+  std::int32_t refusal = 0;
+  std::vector<std::uint8_t> bytes;
+};
+
+Range RangeOf(const ByteArray& array, std::int32_t start, std::int32_t count) {
+  Range range;
+  const std::int64_t upper = array.UBound();
+  const std::int64_t first = start < 1 ? 0 : start;
+  if (array.size() == 0) {
+    return range;
+  }
+  if (array.LBound() < 0) {
+    range.refusal = 9102;
+  } else if (start >= 1 && start > upper) {
+    range.refusal = 9103;
+  } else if (first < array.LBound()) {
+    range.refusal = 9;  // an index outside the array
+  } else {
+    const std::int64_t last = count >= 1 && first + count - 1 < upper ? first + count - 1 : upper;
+    range.bytes.assign(array.begin() + (first - array.LBound()), array.begin() + (last - array.LBound() + 1));
+  }
+  return range;
+}
+
+/// No line is broken before `lineLength` characters, and only the last one is longer, by one.
+void CheckLines(const std::string& text, std::size_t lineLength) {
+  std::size_t at = 0;
+  for (std::size_t end = text.find("\r\n"); end != std::string::npos; end = text.find("\r\n", at)) {
+    FUZZ_CHECK(end - at == lineLength);
+    at = end + 2;
+  }
+  FUZZ_CHECK(text.size() - at <= lineLength + 1);
+}
+
+void EncodeBase64(Input& input) {
+  clsHelper01 helper;
+  const std::string plus = input.Text();
+  const std::string slash = input.Text();
+  const auto start = input.Number<std::int8_t>();
+  const auto count = input.Number<std::int8_t>();
+  const std::int32_t lineLength = input.Byte();
+  const ByteArray data = TakePlace(input).buffer;
+  std::string text = "before";
+  const bool done = helper.ToBase64String(data, text, start, count, lineLength, plus, slash);
+  CheckOutcome(helper, done, "ToBase64String");
+  if (!done && helper.ErrorObject().ErrorNr() == 9101) {
+    FUZZ_CHECK(text == "before");
+    return;
+  }
+  const Range range = RangeOf(data, start, count);
+  FUZZ_CHECK(done == (range.refusal == 0));
+  if (!done) {
+    FUZZ_CHECK(text == "before" && helper.ErrorObject().ErrorNr() == range.refusal);
+    return;
+  }
+  FUZZ_CHECK(IsUtf8(text));
+  if (IsAmbiguous(plus + slash)) {
+    return;
+  }
+  FUZZ_CHECK(text.empty() == range.bytes.empty());
+  if (lineLength >= 12 && plus == "+" && slash == "/") {
+    CheckLines(text, static_cast<std::size_t>(lineLength));
+  }
+  ByteArray again;
+  if (!text.empty()) {
+    FUZZ_CHECK(helper.FromBase64String(text, again, plus, slash));
+  }
+  FUZZ_CHECK(Content(again) == range.bytes);
+}
+
+void DecodeBase64(Input& input) {
+  clsHelper01 helper;
+  const std::string plus = input.Text();
+  const std::string slash = input.Text();
+  const std::string text = Input::TextOf(input.Rest());
+  ByteArray bytes = {1, 2, 3};
+  const bool done = helper.FromBase64String(text, bytes, plus, slash);
+  CheckOutcome(helper, done, "FromBase64String");
+  if (done) {
+    // One text of these bytes is read as these bytes again.
+    std::string again;
+    ByteArray bytesAgain;
+    FUZZ_CHECK(bytes.LBound() == 0 && bytes.size() <= text.size() / 4 * 3);
+    FUZZ_CHECK(helper.ToBase64String(bytes, again, 0, 0, 0, plus, slash));
+    if (!again.empty() && !IsAmbiguous(plus + slash)) {
+      FUZZ_CHECK(helper.FromBase64String(again, bytesAgain, plus, slash));
+      FUZZ_CHECK(bytesAgain == bytes);
+    }
+  }
+}
+
+/// Base32 told bit by bit.
+std::string Base32Of(const std::vector<std::uint8_t>& bytes, bool hexAlphabet) {
+  const std::string digits =
+      hexAlphabet ? "0123456789ABCDEFGHIJKLMNOPQRSTUV" : "ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";
+  std::string text;
+  for (std::size_t bit = 0; bit < bytes.size() * 8; bit += 5) {
+    unsigned digit = 0;
+    for (std::size_t i = bit; i < bit + 5; ++i) {
+      digit = digit * 2 + (i / 8 < bytes.size() ? (bytes[i / 8] >> (7 - i % 8)) & 1U : 0U);
+    }
+    text.push_back(digits[digit]);
+  }
+  text.append((8 - text.size() % 8) % 8, '=');
+  return text;
+}
+
+void EncodeBase32(Input& input) {
+  clsHelper01 helper;
+  const bool hexAlphabet = input.Flag();
+  const auto start = input.Number<std::int8_t>();
+  const auto count = input.Number<std::int8_t>();
+  const std::int32_t lineLength = input.Byte();
+  const ByteArray data = TakePlace(input).buffer;
+  std::string text = "before";
+  const bool done = helper.ToBase32String(data, text, start, count, lineLength, hexAlphabet);
+  CheckOutcome(helper, done, "ToBase32String");
+  const Range range = RangeOf(data, start, count);
+  FUZZ_CHECK(done == (range.refusal == 0));
+  if (!done) {
+    FUZZ_CHECK(text == "before" && helper.ErrorObject().ErrorNr() == range.refusal);
+    return;
+  }
+  FUZZ_CHECK(WithoutBreaks(text) == Base32Of(range.bytes, hexAlphabet));
+  CheckLines(text, lineLength >= 16 ? static_cast<std::size_t>(lineLength) : text.size() + 1);
+}
+
+void DecodeHex(Input& input) {
+  clsHelper01 helper;
+  const std::string text = Input::TextOf(input.Rest());
+  ByteArray bytes = {1, 2, 3};
+  const bool done = helper.GetBytesOfBinStr(text, bytes);
+  CheckOutcome(helper, done, "GetBytesOfBinStr");
+  if (done) {
+    std::string again;
+    ByteArray bytesAgain;
+    FUZZ_CHECK(helper.GetBinStrOfBytes(bytes, again));
+    FUZZ_CHECK(again.size() == bytes.size() * 2 && bytes.size() <= text.size() / 2);
+    FUZZ_CHECK(again.empty() || (helper.GetBytesOfBinStr(again, bytesAgain) && bytesAgain == bytes));
+  }
+}
+
+void EncodeHex(Input& input) {
+  clsHelper01 helper;
+  const std::string separator = input.Text();
+  const auto group = input.Number<std::int8_t>();
+  const ByteArray data = TakePlace(input).buffer;
+  std::string text = "before";
+  const bool done = helper.GetBinStrOfBytes(data, text, separator, group);
+  CheckOutcome(helper, done, "GetBinStrOfBytes");
+  FUZZ_CHECK(done == (data.LBound() >= 0));
+  if (!done) {
+    FUZZ_CHECK(text == "before" && helper.ErrorObject().ErrorNr() == 9102);
+    return;
+  }
+  FUZZ_CHECK(IsUtf8(text));
+  ByteArray again;
+  if (group < 1 && (separator.empty() || separator == "-") && data.size() > 0) {
+    FUZZ_CHECK(helper.GetBytesOfBinStr(text, again) && Content(again) == Content(data));
+  }
+}
+
+/// The bytes 80 to 9F of code page 1252, each as the low byte of its character.
+constexpr std::array<std::uint8_t, 32> kLowBytes = {
+    0xAC, 0x81, 0x1A, 0x92, 0x1E, 0x26, 0x20, 0x21, 0xC6, 0x30, 0x60, 0x39, 0x52, 0x8D, 0x7D, 0x8F,
+    0x90, 0x18, 0x19, 0x1C, 0x1D, 0x22, 0x13, 0x14, 0xDC, 0x22, 0x61, 0x3A, 0x53, 0x9D, 0x7E, 0x78};
+
+/// Hashes of bytes against those of another library.
+void HashBytes(Input& input) {
+  clsHelper01 helper;
+  const ByteArray data = TakePlace(input).buffer;
+  ByteArray sha1 = {1};
+  ByteArray sha256 = {2};
+  const bool done = helper.GetSHA1Hash1(data, sha1);
+  CheckOutcome(helper, done, "GetSHA1Hash1");
+  FUZZ_CHECK(helper.GetSHA256Hash1(data, sha256) == done);
+  CheckOutcome(helper, done, "GetSHA256Hash1");
+  FUZZ_CHECK(done == (data.LBound() == 0));
+  if (!done) {
+    FUZZ_CHECK(sha1 == ByteArray{1} && sha256 == ByteArray{2});
+    return;
+  }
+  std::vector<std::uint8_t> bytes = Content(data);
+  std::vector<std::uint8_t> expected(SHA_DIGEST_LENGTH);
+  SHA1(bytes.data(), bytes.size(), expected.data());
+  FUZZ_CHECK(Content(sha1) == expected);
+  for (std::uint8_t& byte : bytes) {
+    byte = byte >= 0x80 && byte <= 0x9F ? kLowBytes[byte - 0x80U] : byte;
+  }
+  expected.resize(SHA256_DIGEST_LENGTH);
+  SHA256(bytes.data(), bytes.size(), expected.data());
+  FUZZ_CHECK(Content(sha256) == expected);
+}
+
+void HashText(Input& input) {
+  clsHelper01 helper;
+  const std::string text = Input::TextOf(input.Rest());
+  ByteArray bytes;
+  ByteArray decoded;
+  std::string digits;
+  FUZZ_CHECK(helper.GetSHA1Hash(text, bytes) && helper.GetSHA1Hash2(text, digits));
+  FUZZ_CHECK(digits.size() == 40 && helper.GetBytesOfBinStr(digits, decoded) && decoded == bytes);
+  FUZZ_CHECK(helper.GetSHA256Hash(text, bytes) && helper.GetSHA256Hash2(text, digits));
+  FUZZ_CHECK(digits.size() == 64 && helper.GetBytesOfBinStr(digits, decoded) && decoded == bytes);
+  FUZZ_CHECK(VnZEL10cmn::clsSHA256().SHA256(text) == digits);
+}
+
+void Texts(Input& input) {
+  clsHelper01 helper;
+  const auto length = input.Number<std::int8_t>();
+  const std::string text = Input::TextOf(input.Rest());
+  const std::string name = helper.ZEL_CharReplace(text, length);
+  FUZZ_CHECK(name.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789#") == std::string::npos);
+  FUZZ_CHECK(name.size() <= static_cast<std::size_t>(length < 0 ? 0 : length));
+  FUZZ_CHECK(helper.ZEL_CharReplace(name, length) == name);
+  std::vector<std::string> lines = {"before"};
+  FUZZ_CHECK(helper.GetLinesOfString(text, lines) && !lines.empty());
+  for (const std::string& line : lines) {
+    FUZZ_CHECK(line.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos);
+  }
+}
+
+void Numbers(Input& input) {
+  clsHelper01 helper;
+  const auto value = input.Number<std::int32_t>();
+  const bool bigEndian = input.Flag();
+  FUZZ_CHECK(helper.BytesToLong(helper.LongToBytes(value, bigEndian), 0, 4, bigEndian) == value);
+  const ByteArray shortened = helper.LongToBytes(value, true, true);
+  FUZZ_CHECK(helper.BytesToLong(shortened, 0, static_cast<std::int32_t>(shortened.size()), true) == value);
+  FUZZ_CHECK(helper.CurrencyToLong(helper.LongToCurrency(value)) == value);
+  const auto byte = static_cast<std::uint8_t>(value);
+  FUZZ_CHECK(helper.ByteMirror(helper.ByteMirror(byte)) == byte);
+  const auto currency = VnZEL10cmn::Currency::FromScaled(input.Number<std::int64_t>());
+  try {
+    const std::int32_t whole = helper.CurrencyToLong(currency);
+    const auto off = helper.LongToCurrency(whole) - currency;
+    const bool isUnsigned =
+        currency >= VnZEL10cmn::Currency() && currency <= VnZEL10cmn::Currency(4'294'967'295);
+    FUZZ_CHECK(!isUnsigned || (off.Scaled() >= -5'000 && off.Scaled() <= 5'000));
+  } catch (const std::overflow_error&) {
+    // Twice the range of 32 bits is taken: what lies above the signed half has 4294967296 subtracted.
+    FUZZ_CHECK(currency.Scaled() >= 64'424'509'435'000 || currency.Scaled() < -21'474'836'485'000);
+  }
+  const auto count = input.Number<std::int8_t>();
+  const bool withLatin = input.Flag();
+  const Place place = TakePlace(input);
+  const std::int64_t inside = std::int64_t{place.buffer.UBound()} - place.start + 1;
+  const bool starts = place.start >= place.buffer.LBound();
+  try {
+    const std::string text = helper.BytesToPString(place.buffer, place.start, count, withLatin);
+    FUZZ_CHECK(IsUtf8(text));
+    FUZZ_CHECK(inside <= 0 ? text.empty() && count <= 0 : starts && count <= inside);
+  } catch (const std::out_of_range&) {
+    FUZZ_CHECK(!starts || count > inside);
+  }
+  try {
+    helper.BytesToLong(place.buffer, place.start, count, bigEndian);
+    FUZZ_CHECK(starts && (count < 1 || count > 4 ? 4 : count) <= inside);
+  } catch (const std::out_of_range&) {
+    FUZZ_CHECK(!starts || (count < 1 || count > 4 ? 4 : count) > inside);
+  }
+}
+
+}  // namespace
+
+void Codecs(Bytes data) {
+  Input input(data);
+  switch (input.Between(0, 8)) {
+    case 0: EncodeBase64(input); break;
+    case 1: DecodeBase64(input); break;
+    case 2: EncodeBase32(input); break;
+    case 3: DecodeHex(input); break;
+    case 4: EncodeHex(input); break;
+    case 5: HashBytes(input); break;
+    case 6: HashText(input); break;
+    case 7: Texts(input); break;
+    default: Numbers(input); break;
+  }
+}
+
+}  // namespace fuzz
