@@ -682,6 +682,9 @@ void WriteRoundings(Folder& folder) {
   for (std::size_t i = 0; i < texts.size(); ++i) {
     folder.Write("rounding", "seed-text-" + std::to_string(i), Seed{0, 2}.Add(texts[i]));
   }
+  for (int host = 0; host < 4; ++host) {
+    folder.Write("rounding", "seed-text-host-" + std::to_string(host), Seed{3, host, 2}.Add("1234.565"));
+  }
   folder.Write("rounding", "seed-text-3-digits", Seed{0, 3}.Add("1,00049"));
   folder.Write("rounding", "seed-text-7-digits", Seed{0, 7}.Add("1,0045"));
   folder.Write("rounding", "seed-double", Seed{4, 2}.Number(1.005));
@@ -708,6 +711,7 @@ void WriteOperations(Folder& folder) {
   constexpr int kVat = 10;
   constexpr int kErrors = 11;
   constexpr int kLog = 12;
+  constexpr int kPrint = 13;
   // Number of an item's slot, the operation, a whole quantity, name, unit, a whole price, flags.
   const auto item = [](int slot, std::string_view name) {
     return Seed{kItem, slot, 2, 0}.Number(3, 2).Piece(name).Piece("kg").Add(0).Number(7, 2).Add(3).Value();
@@ -740,6 +744,10 @@ void WriteOperations(Folder& folder) {
   course.Add(kBookingHolder).Add(6).Add(0).Piece("").Add(1).Add(4);  // export
   course.Add(kBookingHolder).Add(6).Add(1).Add(0).Add(4);            // import
   course.Add(kBookingHolder).Add(8).Add(kBooking).Add(2).Add(1).Add(kBooking).Add(3);
+  for (int what = 0; what < 8; ++what) {
+    course.Add(kPrint).Add(what);
+    course.Add(what == 0 || what == 1 || what == 5 ? Bytes{0} : Bytes{});
+  }
   folder.Write("operations", "seed-booking", course);
 
   Seed report;
@@ -767,6 +775,7 @@ void WriteOperations(Folder& folder) {
   report.Add(kReport).Add(3).Add(0).Add(0).Add(type(ZELSerialType::ItemList)).Add(0).Add(99);
   report.Add(kReport).Add(3).Add(0).Add(0).Add(type(ZELSerialType::ItemHash)).Add(0).Add(99);
   report.Add(kReport).Add(3).Add(0).Add(0).Add(type(ZELSerialType::BinaryData)).Add(0).Add(99);
+  report.Add(kPrint).Add(4);
   folder.Write("operations", "seed-report", report);
 
   Seed data;
@@ -780,6 +789,7 @@ void WriteOperations(Folder& folder) {
   data.Add(kData).Add(6).Add(1).Add(type(ZELSerialType::ItemList)).Add(0).Add(50);
   data.Add(kData).Add(2).Add(0).Piece("").Add(1).Add(4).Add(kData).Add(2).Add(1).Add(0).Add(4);
   data.Add(kData).Add(5).Add(0).Add(kData).Add(5).Add(1).Add(0).Add(kData).Add(4).Add(kData).Add(5).Add(0);
+  data.Add(kPrint).Add(3);
   folder.Write("operations", "seed-data", data);
 
   Seed vat;
@@ -887,6 +897,60 @@ void WriteOperations(Folder& folder) {
       .Add(kLog)
       .Add(1);
   folder.Write("operations", "seed-errors", errors);
+
+  Seed foreign;
+  foreign.Add(log).Add(kItem).Add(0).Add(1).Add(kPrint).Add(0).Add(0).Add(kPrint).Add(1).Add(0);
+  foreign.Add(kList)
+      .Add(0)
+      .Add(0)
+      .Add(kList)
+      .Add(7)
+      .Add(kList)
+      .Add(8)
+      .Add(kList)
+      .Add(4)
+      .Add(kList)
+      .Add(6)
+      .Add(0)
+      .Add(0)
+      .Piece("")
+      .Add(kList)
+      .Add(7);
+  foreign.Add(kItem)
+      .Add(0)
+      .Add(10)
+      .Add(kItem)
+      .Add(0)
+      .Add(4)
+      .Add(0)
+      .Number(7, 2)
+      .Piece(" kg ")
+      .Piece(" Name ")
+      .Add(kItem)
+      .Add(0)
+      .Add(9)
+      .Add(50)
+      .Add(0)
+      .Add(0);
+  foreign.Add(kItem)
+      .Add(0)
+      .Add(9)
+      .Add(1)
+      .Add(0)
+      .Add(0)
+      .Add(kItem)
+      .Add(0)
+      .Add(9)
+      .Add(2)
+      .Add(0)
+      .Add(0)
+      .Add(kItem)
+      .Add(0)
+      .Add(9)
+      .Add(3)
+      .Add(0)
+      .Add(0);
+  folder.Write("operations", "seed-foreign", foreign);
 
   for (int mood = 0; mood < 6; ++mood) {
     for (const bool meddles : {false, true}) {

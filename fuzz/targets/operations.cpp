@@ -76,10 +76,37 @@ class HostItem : public clsZelItemCash {
   clsZelItemList* list_;
 };
 
+/// An item of a host's own that is no cash item, and behaves.
+class ForeignItem : public IVnZelItem {
+ public:
+  std::string InstanceID() override { return item_.InstanceID(); }
+  clsVnError& ErrorObject() override { return item_.ErrorObject(); }
+  std::shared_ptr<clsVnLogFile> LogHandler() override { return item_.LogHandler(); }
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value) override { item_.LogHandler(std::move(Value)); }
+  bool BinaryDataGet(ByteArray& Data, std::int32_t& Start) override {
+    return item_.BinaryDataGet(Data, Start);
+  }
+  bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start) override {
+    return item_.BinaryDataSet(Data, Start);
+  }
+  bool Clear() override { return item_.Clear(); }
+  bool HasError() override { return item_.HasError(); }
+  bool GetPrices(VnZEL10cmn::CurrencyArray& Prices, bool& IsThrdPrt) override {
+    return item_.GetPrices(Prices, IsThrdPrt);
+  }
+  std::string ToString() override { return "foreign"; }
+
+ private:
+  clsZelItemCash item_;
+};
+
 class HostFactory : public VnZEL10cmn::clsZelListItemFact {
  public:
   explicit HostFactory(Mood mood) : mood_(mood) {}
   std::shared_ptr<IVnZelItem> CreateNewItem(clsVnError* /*ErrObj*/) override {
+    if (mood_ == Mood::Meddles) {
+      return std::make_shared<ForeignItem>();
+    }
     return mood_ == Mood::Refuses ? nullptr : std::make_shared<HostItem>(mood_, nullptr);
   }
 
@@ -167,7 +194,7 @@ class Play {
 
  private:
   void Step() {
-    switch (input_.Between(0, 12)) {
+    switch (input_.Between(0, 13)) {
       case 0:
       case 1: StepItem(); break;
       case 2: StepList(); break;
@@ -180,7 +207,8 @@ class Play {
       case 9: StepData(); break;
       case 10: StepVat(); break;
       case 11: StepErrors(); break;
-      default: StepLog(); break;
+      case 12: StepLog(); break;
+      default: StepPrint(); break;
     }
   }
 
@@ -198,16 +226,22 @@ class Play {
   std::int32_t AnySmall() { return input_.Number<std::int8_t>(); }
 
   void StepItem() {
-    const std::shared_ptr<IVnZelItem> any = AnyItem();
-    auto& item = dynamic_cast<clsZelItemCash&>(*any);
-    switch (input_.Between(0, 9)) {
+    std::shared_ptr<IVnZelItem>& slot = AnyItem();
+    const auto cash = std::dynamic_pointer_cast<clsZelItemCash>(slot);
+    const std::int32_t operation = input_.Between(0, 11);
+    if (operation == 10 || !cash) {
+      slot = std::make_shared<clsZelItemCash>();
+      return;
+    }
+    clsZelItemCash& item = *cash;
+    switch (operation) {
       case 0: {
         const Mood mood = AnyMood();
         clsZelItemList* const list = input_.Flag() ? &list_ : nullptr;
-        AnyItem() = std::make_shared<HostItem>(mood, list);
+        slot = std::make_shared<HostItem>(mood, list);
         break;
       }
-      case 1: AnyItem() = std::make_shared<clsZelItemCash>(); break;
+      case 1: slot = std::make_shared<ForeignItem>(); break;
       case 2:
       case 3: {
         const Currency quantity = AnyCurrency();
@@ -251,14 +285,24 @@ class Play {
         Outcome(item, true);
         break;
       case 8: item.PrintEngine(input_.Flag() ? std::make_shared<HostPrint>(AnyMood()) : nullptr); break;
+      case 9: {
+        ByteArray data = Room();
+        std::int32_t start = AnySmall();
+        const ZELSerialType type = AnyType();
+        if (!std::dynamic_pointer_cast<HostItem>(cash)) {  // which would throw at us
+          Outcome(item, item.BinaryDataGet(data, start, type, "ignored", 7));
+        }
+        break;
+      }
       default: item.clsZelItemCash::ToString(); Outcome(item);
     }
   }
 
   void StepList() {
-    switch (input_.Between(0, 7)) {
+    switch (input_.Between(0, 8)) {
       case 0:
       case 1: Outcome(list_, list_.AddItem(AnyItem())); break;
+      case 8: Outcome(list_, list_.AddItem(nullptr)); break;
       case 2: {
         const std::shared_ptr<IVnZelItem> item = input_.Flag() ? AnyItem() : nullptr;
         const std::string id = input_.Flag() ? AnyItem()->InstanceID() : input_.Text();
@@ -501,7 +545,11 @@ class Play {
         break;
       }
       case 3: vatList_->Clear(); break;
-      case 4: vatList_ = std::make_shared<VnZEL10cmn::clsZelVatList>(); break;
+      case 4:
+        Outcome(*vatList_, vatList_->AddItem(nullptr));
+        vatList_ = std::make_shared<VnZEL10cmn::clsZelVatList>();
+        FUZZ_CHECK(vatList_->Count() == 2);
+        break;
       default: {
         VnZEL10cmn::clsZelVatItem rates;
         const auto vatClass = static_cast<VnZEL10cmn::ZELVatClasses>(AnySmall());
@@ -577,6 +625,8 @@ class Play {
         break;
       case 4:
         if (log_) {
+          FUZZ_CHECK(!clsVnLogFile().FileOpen() && !clsVnLogFile().FileOpen(kLog.Path() + "/none"));
+          FUZZ_CHECK(!log_->FileIsOpen() || !log_->FileOpen(kLog.Path()) || !log_->WriteErrors());
           static_cast<void>(log_->FileWriteEntry(std::shared_ptr<VnZEL10cmn::IVnLogItem>()));
           static_cast<void>(log_->FileWriteEntry(booking_.ErrorObject()));
         }
@@ -589,6 +639,27 @@ class Play {
     data_.LogHandler(log_);
     items_[0]->LogHandler(log_);
     FUZZ_CHECK(booking_.LogHandler() == log_);
+  }
+
+  /// Print engines with an error object of the caller's.
+  void StepPrint() {
+    VnZEL10cmn::clsZelItemPrint print;
+    VnZEL10cmn::clsZelRprtPrint reportPrint;
+    clsVnError error("VnZEL10cmn.clsVnError", VnZEL10cmn::clsHelper01().CreateGUID());
+    const std::int32_t what = input_.Between(0, 7);
+    std::string text;
+    switch (what) {
+      case 0: text = print.ToStringCI(*AnyItem(), &error); break;
+      case 1: text = print.ToStringCI(AnyItem(), &error); break;
+      case 2: text = print.ToStringBI(booking_, &error); break;
+      case 3: text = print.ToStringTRdata(data_, &error); break;
+      case 4: text = reportPrint.ToStringRprt(report_, &error); break;
+      case 5: text = reportPrint.ToStringItmRpt(AnyItem(), &error); break;
+      case 6: text = print.ToStringCI(nullptr, &error) + print.ToStringTRdata(nullptr, &error); break;
+      default: text = print.ToStringBI(nullptr, &error) + reportPrint.ToStringRprt(nullptr, &error); break;
+    }
+    CheckErrorOfHost(error, !error.HasError());
+    FUZZ_CHECK(what < 6 || (error.ErrorNr() == 5 && text.empty()));
   }
 
   ByteArray Room() {

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <iterator>
 #include <limits>
+#include <locale>
 #include <optional>
 #include <string>
 
@@ -38,13 +40,13 @@ void CheckRounded(clsHelper01& helper, Currency result, std::int32_t digits, boo
   FUZZ_CHECK(helper.RoundCmrc2(result, digits) == result && !helper.HasError());
 }
 
-/// The value of a plain number (digits, maybe a sign before and a comma within), rounded as at school; none for
-/// any other text, and for those that no 64-bit number holds digit by digit.
-std::optional<std::int64_t> PlainRounded(const std::string& text, std::int32_t digits) {
+/// The value of a plain number (digits, maybe a sign before and a decimal separator within), rounded as at
+/// school; none for any other text, and for those that no 64-bit number holds digit by digit.
+std::optional<std::int64_t> PlainRounded(const std::string& text, std::int32_t digits, char separator) {
   constexpr std::size_t kMostDigits = 14;
   const bool negative = text.starts_with("-");
   const std::string number = text.substr(negative ? 1 : 0);
-  const std::size_t comma = number.find(',');
+  const std::size_t comma = number.find(separator);
   const std::string whole = number.substr(0, comma);
   std::string decimals = comma == std::string::npos ? "" : number.substr(comma + 1);
   constexpr const char* kDigits = "0123456789";
@@ -59,16 +61,55 @@ std::optional<std::int64_t> PlainRounded(const std::string& text, std::int32_t d
   return (negative ? -rounded : rounded) * StepOf(digits);
 }
 
-void RoundText(Input& input) {
+void RoundText(Input& input, char separator) {
   clsHelper01 helper;
   const auto digits = input.Number<std::int8_t>();
   const std::string text = Input::TextOf(input.Rest());
   const Currency result = helper.RoundCmrc2(text, digits);
   CheckRounded(helper, result, digits, !helper.HasError(), "RoundCmrc2");
-  if (const std::optional<std::int64_t> plain = PlainRounded(text, digits)) {
+  if (const std::optional<std::int64_t> plain = PlainRounded(text, digits, separator)) {
     const Currency again = helper.RoundCmrc2(text, digits);
     FUZZ_CHECK(!helper.HasError() && again == result && result.Scaled() == *plain);
   }
+}
+
+/// Separators of a host's locale. Those that are no single byte in UTF-8 have another narrow form.
+struct Separators {
+  char narrowDecimal;
+  wchar_t decimal;
+  char narrowThousands;
+  wchar_t thousands;
+};
+
+template <class Character>
+class Numbers : public std::numpunct<Character> {
+ public:
+  Numbers(Character decimal, Character thousands) : decimal_(decimal), thousands_(thousands) {}
+
+ private:
+  Character do_decimal_point() const override { return decimal_; }
+  Character do_thousands_sep() const override { return thousands_; }
+
+  Character decimal_;
+  Character thousands_;
+};
+
+/// With a host that set a locale of its own.
+void RoundTextOfHost(Input& input) {
+  constexpr Separators kSeparators[] = {{'.', L'.', ',', L','},
+                                        {',', L',', '\xA0', L'\u00A0'},
+                                        {',', L',', '\xFF', L'\u202F'},
+                                        {'.', L'.', '\xB4', L'\''}};
+  const Separators& chosen = kSeparators[input.Byte() % std::size(kSeparators)];
+  const std::locale narrow(std::locale::classic(),
+                           new Numbers<char>(chosen.narrowDecimal, chosen.narrowThousands));
+  const std::locale before =
+      std::locale::global(std::locale(narrow, new Numbers<wchar_t>(chosen.decimal, chosen.thousands)));
+  RoundText(input, chosen.narrowDecimal);
+  VnZEL10cmn::clsZelItemCash item;
+  item.SetItemData(1, "Brot", "", Currency::FromScaled(12'345'600));
+  FUZZ_CHECK(IsUtf8(item.ToString()) && !item.HasError());
+  std::locale::global(before);
 }
 
 void RoundDouble(Input& input) {
@@ -144,11 +185,12 @@ void CalculateVat(Input& input) {
 void Rounding(Bytes data) {
   Input input(data);
   switch (input.Between(0, 7)) {
+    case 3: RoundTextOfHost(input); break;
     case 4: RoundDouble(input); break;
     case 5: RoundCurrency(input); break;
     case 6: RoundInteger(input); break;
     case 7: CalculateVat(input); break;
-    default: RoundText(input); break;
+    default: RoundText(input, ','); break;
   }
 }
 
