@@ -156,7 +156,9 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
   // By position, holding the item: a host's item may change the list while it is asked.
   for (std::size_t i = 0; i < items_.size(); ++i) {
     const std::shared_ptr<IVnZelItem> item = items_[i];
-    if (!item->BinaryDataGet(data, start)) {
+    const std::int32_t itemStart = start;
+    // A host's item that leaves the array, or takes back what others wrote, has failed whatever it says.
+    if (!item->BinaryDataGet(data, start) || start < itemStart || start > std::int64_t{data.UBound()} + 1) {
       return Fail(ZELErrorCodes::Err_Ser_Failed,
                   Compose("Das Serialisieren von Daten ist fehlgeschlagen.",
                           "\r\n    Posten-Index ........: ", i + 1, " (1-basisiert)",

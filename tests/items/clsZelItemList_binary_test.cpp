@@ -224,6 +224,53 @@ TEST(clsZelItemListWrite, AFailingItemIsNamedByPositionStartAndInstanceId) {
   test::ExpectError(failing->ErrorObject(), 4711, true, "BinaryDataGet", "Posten kaputt");
 }
 
+/// Says that all is well and stands somewhere else.
+class WanderingItem : public HostItem {
+ public:
+  explicit WanderingItem(std::int32_t end) : HostItem("wandernd"), end_(end) {}
+  bool BinaryDataGet(ByteArray& /*Data*/, std::int32_t& Start) override {
+    Start = end_;
+    return true;
+  }
+
+ private:
+  std::int32_t end_;
+};
+
+TEST(clsZelItemListWrite, AnItemThatMovesStartBackOrOutOfTheArrayHasFailed) {
+  for (const std::int32_t end : {-7, 1, 257, 2'000'000'000}) {
+    clsZelItemList list;
+    EXPECT_TRUE(list.AddItem(Host("eins", "A0 00")));
+    EXPECT_TRUE(list.AddItem(std::make_shared<WanderingItem>(end)));
+    ByteArray data;
+    std::int32_t start = 0;
+    EXPECT_FALSE(list.BinaryDataGet(data, start));
+    test::ExpectError(list.ErrorObject(), 9301, true, "BinaryDataGet",
+                      "Das Serialisieren von Daten ist fehlgeschlagen.\r\n"
+                      "    Posten-Index ........: 2 (1-basisiert)\r\n"
+                      "    Startpos ............: " +
+                          std::to_string(end) +
+                          "\r\n"
+                          "    Instanz-ID ..........: wandernd");
+    EXPECT_EQ(data.UBound(), 255);
+    std::string hash = "vorher";
+    EXPECT_FALSE(list.GetItemHash(true, false, false, hash));
+    EXPECT_EQ(hash, "vorher");
+  }
+}
+
+TEST(clsZelItemListWrite, AnItemMayEndWhereTheArrayEnds) {
+  for (const std::int32_t end : {2, 256}) {
+    clsZelItemList list;
+    EXPECT_TRUE(list.AddItem(Host("eins", "A0 00")));
+    EXPECT_TRUE(list.AddItem(std::make_shared<WanderingItem>(end)));
+    ByteArray data;
+    std::int32_t start = 0;
+    EXPECT_TRUE(list.BinaryDataGet(data, start));
+    EXPECT_EQ(start, end);
+  }
+}
+
 TEST(clsZelItemListWrite, ACashItemThatFailsStopsStartWhereItsRecordsEnd) {
   clsZelItemList list;
   const auto item = Bread();
