@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,26 @@ inline std::int32_t ReadRefusal(const VnZEL10cmn::ByteArray& buffer, std::int32_
 inline bool EndsWithLastIndex(const VnZEL10cmn::ByteArray& buffer, std::int32_t start) {
   return std::int64_t{start} + 2 + buffer.data()[start - buffer.LBound() + 1] >
          std::numeric_limits<std::int32_t>::max();
+}
+
+/// The value of the last record with this tag in a run of records; none when there is no such record.
+inline std::optional<std::vector<std::uint8_t>> LastValue(Bytes records, VnZEL10cmn::ZelTags tag) {
+  constexpr std::size_t kHead = 2;
+  std::optional<std::vector<std::uint8_t>> value;
+  while (records.size() >= kHead && kHead + records[1] <= records.size()) {
+    const Bytes content = records.subspan(kHead, records[1]);
+    if (records[0] == static_cast<std::uint8_t>(tag)) {
+      value.emplace(content.begin(), content.end());
+    }
+    records = records.subspan(kHead + content.size());
+  }
+  return value;
+}
+
+/// Whether a text is the value of the last record with this tag, or that record is missing.
+inline bool IsLastText(Bytes records, VnZEL10cmn::ZelTags tag, const std::string& text) {
+  const auto value = LastValue(records, tag);
+  return !value || *value == std::vector<std::uint8_t>(text.begin(), text.end());
 }
 
 /// Writes a value at position 3 of an array, checks that nothing else was written, and reads it again. `write`

@@ -302,6 +302,8 @@ void WriteRecords(Folder& folder) {
   folder.Write("records", "seed-check-other-tag", Seed{0, 0, 0, 193, 0, 0, 0}.Add(name));
   folder.Write("records", "seed-too-short", Seed{1, 10, 0, 0, 0, 0, 0}.Add(name));
   folder.Write("records", "seed-too-long", Seed{2, 0, 3, 0, 0, 0, 0}.Add(name));
+  folder.Write("records", "seed-127", Seed{1, 0, 0, 0, 0, 0, 0}.Add(198).Add(127).Add(Bytes(127, 0x41)));
+  folder.Write("records", "seed-128", Seed{1, 0, 0, 0, 0, 0, 0}.Add(198).Add(128).Add(Bytes(128, 0x41)));
   folder.Write("records", "seed-beyond-127",
                Seed{1, 0, 0, 0, 0, 0, 0}.Add(198).Add(200).Add(Bytes(220, 0x41)));
   folder.Write("records", "seed-cut-off", Seed{1, 0, 0, 0, 0, 0, 0}.Add(198).Add(9).Add("Kasse"));
@@ -328,6 +330,10 @@ void WriteRecordWriters(Folder& folder) {
   write("check", 0, 0, 0, Seed().Number(20, 4));
   write("check-negative", 0, 0, 0, Seed().Number(0xFFFFFFFF, 4));
   write("check-too-long", 0, 0, 0, Seed().Number(130, 4), 200);
+  write("check-up-to-the-end", 0, 0, 0, Seed().Number(55, 4));
+  write("check-beyond-the-end", 0, 0, 0, Seed().Number(56, 4));
+  write("check-127", 0, 0, 0, Seed().Number(127, 4), 200);
+  write("check-128", 0, 0, 0, Seed().Number(128, 4), 200);
   write("binary", 1, 193, 0, Seed{0, 1, 2, 3});
   write("binary-negative-bound", 1, 193, 0, Seed{5, 1, 2, 3});
   write("ascii", 2, 162, 0, Seed().Add("brot"));
@@ -630,6 +636,13 @@ void WriteCodecs(Folder& folder) {
   folder.Write("codecs", "seed-from-base64-empty", Seed{1});
   folder.Write("codecs", "seed-to-base32",
                Seed{2, 0, 0, 0, 16, 0, 0}.Add("any data of some length, longer than a line"));
+  for (const int lineLength : {22, 23, 24}) {  // 24 characters
+    const std::string length = std::to_string(lineLength);
+    folder.Write("codecs", "seed-to-base32-lines-" + length,
+                 Seed{2, 0, 0, 0, lineLength, 0, 0}.Add(Bytes(15, 1)));
+    folder.Write("codecs", "seed-to-base64-lines-" + length,
+                 Seed{0}.Piece("+").Piece("/").Add(0).Add(0).Add(lineLength).Add(0).Add(0).Add(Bytes(18, 1)));
+  }
   folder.Write("codecs", "seed-to-base32-hex", Seed{2, 1, 0, 0, 0, 0, 0}.Add("any"));
   folder.Write("codecs", "seed-to-base32-start", Seed{2, 1, 100, 0, 0, 0, 0}.Add("any"));
   folder.Write("codecs", "seed-from-hex", Seed{3}.Add("0a-ff 10\r\n"));
@@ -694,6 +707,7 @@ void WriteRoundings(Folder& folder) {
   folder.Write("rounding", "seed-currency-smallest", Seed{5, 2}.Number(std::uint64_t{1} << 63, 8));
   folder.Write("rounding", "seed-integer", Seed{6, 2}.Number(119, 8));
   folder.Write("rounding", "seed-vat-gross", Seed{7, 1}.Number(190'000, 8).Add(0).Number(1'190'000, 8));
+  folder.Write("rounding", "seed-vat-half-cent", Seed{7, 1}.Number(250'000, 8).Add(0).Number(1'125, 8));
   folder.Write("rounding", "seed-vat-net", Seed{7, 1}.Number(190'000, 8).Add(1).Number(1'000'000, 8));
   folder.Write("rounding", "seed-vat-overflow",
                Seed{7, 1}.Number(190'000, 8).Add(1).Number(~std::uint64_t{0} / 2, 8));

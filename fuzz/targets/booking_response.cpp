@@ -1,5 +1,7 @@
 // Reading of the device's response to a booking.
 
+#include <algorithm>
+
 #include "fuzz/Bookings.h"
 #include "fuzz/Targets.h"
 
@@ -16,6 +18,11 @@ void BookingResponse(Bytes data) {
     CheckHandOut(delivery.Meant(), [&](ByteArray& buffer, std::int32_t start, std::int32_t* length) {
       return booking.BinaryDataGet(VnZEL10cmn::ZELSerialType::Response, buffer, start, length);
     });
+    const std::vector<std::uint8_t> meant = delivery.Meant();
+    FUZZ_CHECK(std::equal(booking.ZelRespTpID().begin(), booking.ZelRespTpID().end(), meant.begin() + 2));
+    const std::vector<std::uint8_t> signature = FromBase64(booking.ZelRespSignature());
+    FUZZ_CHECK(signature.size() >= 48 && signature.size() <= 64);
+    FUZZ_CHECK(std::search(meant.begin(), meant.end(), signature.begin(), signature.end()) != meant.end());
     // Its four records, written again, are a response that says the same.
     VnZEL10cmn::clsZelBaseCoding coder;
     ByteArray response = Canary(0, 199);

@@ -30,7 +30,12 @@ void CheckData(clsZelTransActData& record, const Delivery& delivery) {
 
 /// A request that has the hash can be made again of what was read, and reads the same.
 void CheckRequest(clsZelTransActData& record, const Delivery& delivery) {
-  FUZZ_CHECK(FromBase64(record.ZelRqstData()) == delivery.Meant());
+  const std::vector<std::uint8_t> meant = delivery.Meant();
+  FUZZ_CHECK(FromBase64(record.ZelRqstData()) == meant);
+  FUZZ_CHECK(FromBase64(record.DataHash()) ==
+             LastValue(meant, VnZEL10cmn::ZelTags::Hash_Trans_Items).value_or(std::vector<std::uint8_t>()));
+  FUZZ_CHECK((record.DataSignType() == ZELDataSignTypes::DataAndTime) ==
+             LastValue(meant, VnZEL10cmn::ZelTags::tTime).has_value());
   if (record.DataHash().empty()) {
     return;
   }
@@ -59,7 +64,12 @@ void DataRecord(Bytes data) {
     switch (delivery.type) {
       case ZELSerialType::BinaryData: CheckData(record, delivery); break;
       case ZELSerialType::Request: CheckRequest(record, delivery); break;
-      default: CheckStored(record, ZELSerialType::Response, delivery.Meant());
+      default:
+        CheckStored(record, ZELSerialType::Response, delivery.Meant());
+        FUZZ_CHECK(IsLastText(delivery.Meant(), VnZEL10cmn::ZelTags::Tp_ID, record.ZelRespTpID()));
+        FUZZ_CHECK(FromBase64(record.ZelRespSignature()) ==
+                   LastValue(delivery.Meant(), VnZEL10cmn::ZelTags::Signature)
+                       .value_or(std::vector<std::uint8_t>()));
     }
   }
   if ((options & 128) != 0) {

@@ -37,7 +37,7 @@ class HostItem : public clsZelItemCash {
 
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start) override {
     const bool done = Misbehave() && clsZelItemCash::BinaryDataGet(Data, Start);
-    Start = mood_ == Mood::Wanders ? -7 : Start;
+    Start = mood_ != Mood::Wanders ? Start : list_ == nullptr ? -7 : 2'000'000'000;
     return done;
   }
   using clsZelItemCash::BinaryDataGet;

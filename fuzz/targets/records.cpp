@@ -2,6 +2,7 @@
 
 #include "fuzz/Records.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <string>
@@ -39,6 +40,8 @@ struct Call {
     if (refusal != 0) {
       FUZZ_CHECK(!done && coder.ErrorObject().ErrorNr() == refusal && coder.ErrorObject().IsUserDef());
     }
+    // An index outside the array is met nowhere, but where a number has no bytes.
+    FUZZ_CHECK(done || coder.ErrorObject().ErrorNr() != 9 || Length() == 0);
     if (done) {
       FUZZ_CHECK(start == place.start + 2 + Length());
     } else {
@@ -378,6 +381,10 @@ void Dates(Call& c, bool isSelected) {
                      return c.coder.GetZelDates(buffer, start, tag, value, c.min);
                    });
   if (done) {
+    constexpr double kSecond = 1.0 / 86'400.0;
+    const bool isEnd = tag == ZelTags::Month_End;
+    FUZZ_CHECK(!isMonth || Date(value.Value() + (isEnd ? kSecond : 0.0)).ToCivil().day == 1);
+    FUZZ_CHECK(isEnd || value.Value() == std::floor(value.Value()));
     CheckRewritten(
         [&](ByteArray& buffer, std::int32_t& start) {
           return isSelected ? c.coder.SetZelDatesSpc01(buffer, start, date, value)

@@ -16,6 +16,10 @@ void ReportResponse(Bytes data) {
       return report.BinaryDataGet(VnZEL10cmn::ZELSerialType::Response, buffer, start,
                                   VnZEL10cmn::ZelReportType::Undefined, length);
     });
+    const std::vector<std::uint8_t> meant = delivery.Meant();
+    FUZZ_CHECK(IsLastText(meant, VnZEL10cmn::ZelTags::Tp_ID, report.TpID()));
+    FUZZ_CHECK(FromBase64(report.Signature()) ==
+               LastValue(meant, VnZEL10cmn::ZelTags::Signature).value_or(std::vector<std::uint8_t>()));
     VnZEL10cmn::clsZelReport again;
     FUZZ_CHECK(again.BinaryDataSet(delivery.type, ByteArray(delivery.Meant()), 0));
     FUZZ_CHECK(AnswerTheSame(report, again));
