@@ -707,6 +707,7 @@ void WriteRoundings(Folder& folder) {
   folder.Write("rounding", "seed-currency-smallest", Seed{5, 2}.Number(std::uint64_t{1} << 63, 8));
   folder.Write("rounding", "seed-integer", Seed{6, 2}.Number(119, 8));
   folder.Write("rounding", "seed-vat-gross", Seed{7, 1}.Number(190'000, 8).Add(0).Number(1'190'000, 8));
+  folder.Write("rounding", "seed-vat-rounded-up", Seed{7, 1}.Number(190'000, 8).Add(0).Number(1'190'500, 8));
   folder.Write("rounding", "seed-vat-half-cent", Seed{7, 1}.Number(250'000, 8).Add(0).Number(1'125, 8));
   folder.Write("rounding", "seed-vat-net", Seed{7, 1}.Number(190'000, 8).Add(1).Number(1'000'000, 8));
   folder.Write("rounding", "seed-vat-overflow",

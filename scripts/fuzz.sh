@@ -85,7 +85,7 @@ require_packages "${build_packages[@]}"
 case $1 in
   --merge)
     shift
-    require_packages clang libclang-rt-14-dev
+    require_packages clang libclang-rt-dev
     if (($# == 0)); then
       mapfile -t targets < <(list_targets)
       set -- "${targets[@]}"
@@ -102,7 +102,7 @@ case $1 in
     ;;
   *)
     is_target "$1" || fail "no such target: $1 (see --list)"
-    require_packages clang libclang-rt-14-dev
+    require_packages clang libclang-rt-dev
     run_target "$1" "${2:?how many seconds? (see --help)}" "${@:3}"
     ;;
 esac

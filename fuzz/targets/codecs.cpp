@@ -59,7 +59,8 @@ Range RangeOf(const ByteArray& array, std::int32_t start, std::int32_t count) {
   return range;
 }
 
-/// No line is broken before `lineLength` characters, and only the last one is longer, by one.
+/// No line is broken before `lineLength` characters, only the last one is longer, by one, and no line is broken for
+/// the sake of one character.
 void CheckLines(const std::string& text, std::size_t lineLength) {
   std::size_t at = 0;
   for (std::size_t end = text.find("\r\n"); end != std::string::npos; end = text.find("\r\n", at)) {
@@ -67,6 +68,7 @@ void CheckLines(const std::string& text, std::size_t lineLength) {
     at = end + 2;
   }
   FUZZ_CHECK(text.size() - at <= lineLength + 1);
+  FUZZ_CHECK(at == 0 || text.size() - at >= 2);
 }
 
 void EncodeBase64(Input& input) {
