@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
@@ -244,6 +245,16 @@ Bytes DataRequest(ZELDataSignTypes type) {
   Seed::Check(record.BinaryDataGet(ZELSerialType::Request, request, 0, &length), "no request of data");
   request.RedimPreserve(length - 1);
   return BytesOf(request);
+}
+
+/// A run of records with another record in the place of one of them.
+Bytes WithRecord(const Bytes& records, std::size_t index, const Bytes& other) {
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < index; ++i) {
+    at += 2 + records.at(at + 1);
+  }
+  const auto begin = records.begin() + static_cast<std::ptrdiff_t>(at);
+  return Joined({Bytes(records.begin(), begin), other, Bytes(begin + 2 + records.at(at + 1), records.end())});
 }
 
 /// One record for each reader, and what keeps it from being read.
@@ -1134,6 +1145,26 @@ void WriteDevices(Folder& folder) {
   folder.Write(
       "device", "seed-wrong-pins",
       Seed{kNew, 8}.Piece(wrongPin).Add(8).Piece(wrongPin).Add(8).Piece(wrongPin).Add(8).Piece(wrongPin));
+  const std::vector<std::pair<std::size_t, Bytes>> damages = {
+      {0, Record(ZelTags::tDate, {0x20, 0x26, 0x02, 0x30})},
+      {0, Record(ZelTags::tDate, {0x26, 0x12, 0x31})},
+      {1, Record(ZelTags::tTime, {0x24, 0x00})},
+      {1, Record(ZelTags::tTime, {0x05})},
+      {2, Record(ZelTags::Operator, {})},
+      {2, Text(ZelTags::Operator, "Kasse in der Halle")},
+      {2, Record(ZelTags::Operator, {0x41, 0x1F})},
+      {3, Record(ZelTags::Hash_Trans_Items, Bytes(21, 0xAB))},
+      {3, Record(ZelTags::Hash_Reprt_Items, Bytes(20, 0))},
+      {4, Record(ZelTags::Currency, {})},
+      {4, Record(ZelTags::Currency, {1, 2, 3, 4, 5})},
+      {5, Record(ZelTags::Container_Vat_1, {})},
+      {5, Container(ZelTags::Container_Training)},
+      {5, Record(ZelTags::Vat_AddOn, {1})},
+      {5, LongContainer(ZelTags::Container_Vat_1)}};
+  for (std::size_t i = 0; i < damages.size(); ++i) {
+    folder.Write("device", "seed-damaged-" + std::to_string(i),
+                 Seed{kActive, 1}.Piece(WithRecord(booking, damages[i].first, damages[i].second)));
+  }
   folder.Write("device", "seed-unknown-command", Seed{kActive, 99}.Piece(booking).Add(1).Piece(Bytes{}));
 }
 
