@@ -321,7 +321,9 @@ class Description::Call {
         values_.emplace_back();
         Fill(i);
       } catch (const ComFailure&) {
-        if (wrongArgument != nullptr) *wrongArgument = static_cast<UINT>(count - 1 - i);
+        if (wrongArgument != nullptr && given_[i] != nullptr) {
+          *wrongArgument = static_cast<UINT>(given_[i] - arguments.rgvarg);
+        }
         throw;
       }
     }

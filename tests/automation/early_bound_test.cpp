@@ -480,6 +480,63 @@ void Bounds() {
   SafeArrayDestroy(array);
 }
 
+/// What languages with named arguments do.
+void NamedArguments() {
+  Ptr<_clsZelItemCash> item;
+  Create(CLSID_clsZelItemCash, item);
+  wchar_t member[] = L"SetItemData";
+  wchar_t price[] = L"price2";
+  wchar_t flag[] = L"ThirdParty";
+  LPOLESTR names[] = {member, price, flag};
+  DISPID ids[3] = {};
+  EXPECT(SUCCEEDED(item->GetIDsOfNames(IID_NULL, names, 3, LOCALE_NEUTRAL, ids)));
+  // The named ones stand in front, the others behind them, the last one first.
+  VARIANT arguments[4];
+  for (VARIANT& argument : arguments) {
+    VariantInit(&argument);
+  }
+  arguments[0].vt = VT_R8;
+  arguments[0].dblVal = 1.8;
+  arguments[1].vt = VT_BOOL;
+  arguments[1].boolVal = VARIANT_TRUE;
+  arguments[2].vt = VT_BSTR;
+  arguments[2].bstrVal = SysAllocString(L"fahrkarte");
+  arguments[3].vt = VT_I2;
+  arguments[3].iVal = 3;
+  DISPPARAMS parameters{arguments, &ids[1], 4, 2};
+  VARIANT result;
+  VariantInit(&result);
+  EXPECT(SUCCEEDED(item->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result,
+                                nullptr, nullptr)));
+  EXPECT(result.vt == VT_BOOL && result.boolVal == VARIANT_TRUE);
+  CY value{};
+  EXPECT(SUCCEEDED(item->get_Quantity(&value)) && value.int64 == 30000);
+  EXPECT(SUCCEEDED(item->get_Price(2, &value)) && value.int64 == 18000);
+  EXPECT(SUCCEEDED(item->get_Price(1, &value)) && value.int64 == 0);
+  VARIANT_BOOL isThirdParty = VARIANT_FALSE;
+  EXPECT(SUCCEEDED(item->get_ThirdParty(&isThirdParty)) && isThirdParty == VARIANT_TRUE);
+  EXPECT(TextOf([&](BSTR* v) { return item->get_Name(v); }) == L"fahrkarte");
+
+  // The same argument twice, one too few, and one that is no number.
+  DISPID twice[] = {0, 0};
+  parameters.rgdispidNamedArgs = twice;
+  EXPECT(item->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr,
+                      nullptr) == DISP_E_BADPARAMCOUNT);
+  parameters = {arguments + 3, nullptr, 1, 0};
+  EXPECT(item->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr,
+                      nullptr) == DISP_E_PARAMNOTOPTIONAL);
+  parameters = {arguments + 2, nullptr, 2, 0};
+  VARIANT swapped[] = {arguments[3], arguments[2]};
+  parameters.rgvarg = swapped;
+  UINT wrong = 99;
+  EXPECT(item->Invoke(ids[0], IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr,
+                      &wrong) == DISP_E_TYPEMISMATCH);
+  EXPECT(wrong == 1);
+  EXPECT(item->Invoke(9999, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr,
+                      nullptr) == DISP_E_MEMBERNOTFOUND);
+  VariantClear(&arguments[2]);
+}
+
 void HostItems() {
   HostItem item;
   {
@@ -719,6 +776,7 @@ int main(int argc, char** argv) {
     RaisedFailures();
     Numbers();
     Bounds();
+    NamedArguments();
     HostItems();
     HostTexts();
     LogFile(test::Widen(argv[1]).c_str());
