@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -23,43 +25,47 @@ std::uint32_t LoadWord(const std::uint8_t* bytes) {
 template <std::size_t Words>
 using State = std::array<std::uint32_t, Words>;
 
+/// The rounds are written out by the compiler, each with the variables in other places, so that nothing has to be moved
+/// between them.
+template <std::size_t First, std::size_t Count, class Round>
+constexpr void Unrolled(Round&& round) {
+  [&]<std::size_t... I>(std::index_sequence<I...>) {
+    (round(std::integral_constant<std::size_t, First + I>{}), ...);
+  }
+  (std::make_index_sequence<Count>{});
+}
+
 void Sha1Block(State<5>& state, const std::uint8_t* block) {
-  std::array<std::uint32_t, 80> w;
-  for (std::size_t i = 0; i < 16; ++i) {
-    w[i] = LoadWord(block + 4 * i);
-  }
-  for (std::size_t i = 16; i < 80; ++i) {
-    w[i] = std::rotl(w[i - 3] ^ w[i - 8] ^ w[i - 14] ^ w[i - 16], 1);
-  }
-  auto [a, b, c, d, e] = state;
-  for (std::size_t i = 0; i < 80; ++i) {
-    std::uint32_t f;
-    std::uint32_t k;
-    if (i < 20) {
-      f = (b & c) | (~b & d);
-      k = 0x5A827999;
-    } else if (i < 40) {
-      f = b ^ c ^ d;
-      k = 0x6ED9EBA1;
-    } else if (i < 60) {
-      f = (b & c) | (b & d) | (c & d);
-      k = 0x8F1BBCDC;
+  std::array<std::uint32_t, 16> w;
+  State<5> v = state;
+  // Of the 80 words of the schedule the last 16 are kept.
+  const auto round = [&](auto index, std::uint32_t k, auto&& choose) {
+    constexpr std::size_t i = index;
+    if constexpr (i < 16) {
+      w[i] = LoadWord(block + 4 * i);
     } else {
-      f = b ^ c ^ d;
-      k = 0xCA62C1D6;
+      w[i % 16] = std::rotl(w[(i - 3) % 16] ^ w[(i - 8) % 16] ^ w[(i - 14) % 16] ^ w[i % 16], 1);
     }
-    const std::uint32_t next = std::rotl(a, 5) + f + e + k + w[i];
-    e = d;
-    d = c;
-    c = std::rotl(b, 30);
-    b = a;
-    a = next;
+    std::uint32_t& a = v[(80 - i) % 5];
+    std::uint32_t& b = v[(81 - i) % 5];
+    std::uint32_t& c = v[(82 - i) % 5];
+    std::uint32_t& d = v[(83 - i) % 5];
+    std::uint32_t& e = v[(84 - i) % 5];
+    e += std::rotl(a, 5) + choose(b, c, d) + k + w[i % 16];
+    b = std::rotl(b, 30);
+  };
+  const auto select = [](std::uint32_t b, std::uint32_t c, std::uint32_t d) { return d ^ (b & (c ^ d)); };
+  const auto parity = [](std::uint32_t b, std::uint32_t c, std::uint32_t d) { return b ^ c ^ d; };
+  const auto majority = [](std::uint32_t b, std::uint32_t c, std::uint32_t d) {
+    return (b & c) | (d & (b | c));
+  };
+  Unrolled<0, 20>([&](auto i) { round(i, 0x5A827999, select); });
+  Unrolled<20, 20>([&](auto i) { round(i, 0x6ED9EBA1, parity); });
+  Unrolled<40, 20>([&](auto i) { round(i, 0x8F1BBCDC, majority); });
+  Unrolled<60, 20>([&](auto i) { round(i, 0xCA62C1D6, parity); });
+  for (std::size_t i = 0; i < 5; ++i) {
+    state[i] += v[i];
   }
-  state[0] += a;
-  state[1] += b;
-  state[2] += c;
-  state[3] += d;
-  state[4] += e;
 }
 
 constexpr std::array<std::uint32_t, 64> kRoundConstants = {
