@@ -116,10 +116,7 @@ PublishedClasses Classes() noexcept { return {std::begin(kClasses), std::end(kCl
 extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
-  if (reason == DLL_PROCESS_ATTACH) {
-    automation::module = instance;
-    DisableThreadLibraryCalls(instance);
-  }
+  if (reason == DLL_PROCESS_ATTACH) automation::module = instance;
   return TRUE;
 }
 
