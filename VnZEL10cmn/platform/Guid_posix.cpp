@@ -1,17 +1,19 @@
-#include <random>
+#include <unistd.h>
+#ifdef __APPLE__
+#include <sys/random.h>
+#endif
+
+#include <cerrno>
+#include <system_error>
 
 #include "VnZEL10cmn/platform/internal/Guid.h"
 
 namespace VnZEL10cmn::platform {
 
 NewUuid CreateUuid() {
-  std::random_device random;
   NewUuid uuid;
-  for (std::size_t i = 0; i < uuid.bytes.size(); i += 4) {
-    const std::uint32_t word = random();
-    for (std::size_t j = 0; j < 4; ++j) {
-      uuid.bytes[i + j] = static_cast<std::uint8_t>(word >> (8 * j));
-    }
+  if (getentropy(uuid.bytes.data(), uuid.bytes.size()) != 0) {
+    throw std::system_error(errno, std::generic_category(), "no random numbers");
   }
   // A random UUID says so: version 4, variant 1.
   uuid.bytes[6] = static_cast<std::uint8_t>((uuid.bytes[6] & 0x0F) | 0x40);

@@ -35,13 +35,9 @@ bool IsSecondByte(unsigned char lead, unsigned char second) {
 
 }  // namespace
 
-char32_t NextCharacter(std::string_view& rest) {
+char32_t NextCharacterBeyondAscii(std::string_view& rest) {
   const auto byteAt = [&rest](std::size_t index) { return static_cast<unsigned char>(rest[index]); };
   const unsigned char lead = byteAt(0);
-  if (lead < 0x80) {
-    rest.remove_prefix(1);
-    return lead;
-  }
   const std::size_t length = SequenceLength(lead);
   std::size_t read = 1;
   char32_t character = length == 0 ? kReplacement : lead & (0x7FU >> length);

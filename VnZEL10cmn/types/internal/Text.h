@@ -11,8 +11,16 @@ namespace VnZEL10cmn::internal {
 
 inline constexpr std::string_view kCrLf = "\r\n";
 
+/// The same for a text that begins with a byte beyond ASCII.
+char32_t NextCharacterBeyondAscii(std::string_view& rest);
+
 /// Takes the next character off the front of a UTF-8 text; an ill-formed sequence counts as one U+FFFD.
-char32_t NextCharacter(std::string_view& rest);
+inline char32_t NextCharacter(std::string_view& rest) {
+  const auto first = static_cast<unsigned char>(rest[0]);
+  if (first >= 0x80) return NextCharacterBeyondAscii(rest);
+  rest.remove_prefix(1);
+  return first;
+}
 
 /// Appends a character as UTF-8; half of a surrogate pair as U+FFFD.
 void AppendUtf8(std::string& text, char32_t character);
