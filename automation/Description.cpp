@@ -132,6 +132,18 @@ void ShowWhole(VARIANT& value) {
   }
 }
 
+/// Copies the elements where the bounds are the same: the caller's array, which may be of a fixed size, stays then.
+bool CopyInPlace(SAFEARRAY* source, SAFEARRAY* target) {
+  if (source == nullptr || target == nullptr) return source == target;
+  LONG bounds[4] = {};
+  const bool known = SafeArrayGetDim(target) == 1 && SUCCEEDED(SafeArrayGetLBound(source, 1, &bounds[0])) &&
+                     SUCCEEDED(SafeArrayGetLBound(target, 1, &bounds[1])) &&
+                     SUCCEEDED(SafeArrayGetUBound(source, 1, &bounds[2])) &&
+                     SUCCEEDED(SafeArrayGetUBound(target, 1, &bounds[3]));
+  return known && bounds[0] == bounds[1] && bounds[2] == bounds[3] &&
+         SUCCEEDED(SafeArrayCopyData(source, target));
+}
+
 /// Writes a value back to where the argument came from; by-value arguments have no such place.
 void WriteBack(Variant& value, VARIANT& argument, LCID locale) {
   if (argument.vt == (VT_BYREF | VT_VARIANT)) {
@@ -144,8 +156,10 @@ void WriteBack(Variant& value, VARIANT& argument, LCID locale) {
   const VARTYPE type = argument.vt & static_cast<VARTYPE>(~VT_BYREF);
   if (value->vt != type) Require(VariantChangeTypeEx(value.Get(), value.Get(), locale, 0, type));
   if ((type & VT_ARRAY) != 0) {
-    if (*argument.pparray != nullptr) Require(SafeArrayDestroy(*argument.pparray));
-    *argument.pparray = value.Detach().parray;
+    if (!CopyInPlace(value->parray, *argument.pparray)) {
+      if (*argument.pparray != nullptr) Require(SafeArrayDestroy(*argument.pparray));
+      *argument.pparray = value.Detach().parray;
+    }
     return;
   }
   switch (type) {

@@ -537,6 +537,40 @@ void NamedArguments() {
   VariantClear(&arguments[2]);
 }
 
+/// A caller's own array by reference stays where it is, also by late binding.
+void LateBoundArrays() {
+  Ptr<_clsZelBaseCoding> coder;
+  Create(CLSID_clsZelBaseCoding, coder);
+  wchar_t member[] = L"SetZelOperator";
+  LPOLESTR name = member;
+  DISPID id = 0;
+  EXPECT(SUCCEEDED(coder->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_NEUTRAL, &id)));
+  SAFEARRAY* array = Bytes(2, std::vector<std::uint8_t>(9));
+  SAFEARRAY* const place = array;
+  void* const elements = array->pvData;
+  LONG start = 3;
+  VARIANT arguments[3];
+  for (VARIANT& argument : arguments) {
+    VariantInit(&argument);
+  }
+  arguments[0].vt = VT_BSTR;
+  arguments[0].bstrVal = SysAllocString(L"Meier");
+  arguments[1].vt = VT_BYREF | VT_I4;
+  arguments[1].plVal = &start;
+  arguments[2].vt = VT_BYREF | VT_ARRAY | VT_UI1;
+  arguments[2].pparray = &array;
+  DISPPARAMS parameters{arguments, nullptr, 3, 0};
+  VARIANT result;
+  VariantInit(&result);
+  EXPECT(SUCCEEDED(
+      coder->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD, &parameters, &result, nullptr, nullptr)));
+  EXPECT(result.boolVal == VARIANT_TRUE && start == 10);
+  EXPECT(array == place && array->pvData == elements);
+  EXPECT(std::memcmp(elements, "\0\xC6\x05Meier\0", 9) == 0);
+  SafeArrayDestroy(array);
+  VariantClear(&arguments[0]);
+}
+
 void HostItems() {
   HostItem item;
   {
@@ -777,6 +811,7 @@ int main(int argc, char** argv) {
     Numbers();
     Bounds();
     NamedArguments();
+    LateBoundArrays();
     HostItems();
     HostTexts();
     LogFile(test::Widen(argv[1]).c_str());
