@@ -3,17 +3,18 @@
 #include <algorithm>
 #include <bit>
 #include <cstddef>
+#include <cstring>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
+#include "VnZEL10cmn/codec/internal/ShaBlocks.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn::internal {
 
 namespace {
-
-constexpr std::size_t kBlock = 64;
 
 using Bytes = std::span<const std::uint8_t>;
 
@@ -22,8 +23,12 @@ std::uint32_t LoadWord(const std::uint8_t* bytes) {
          static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3];
 }
 
-template <std::size_t Words>
-using State = std::array<std::uint32_t, Words>;
+void StoreWord(std::uint8_t* bytes, std::uint32_t word) {
+  if constexpr (std::endian::native == std::endian::little) {
+    word = word >> 24 | (word >> 8 & 0xFF00) | (word << 8 & 0xFF0000) | word << 24;
+  }
+  std::memcpy(bytes, &word, sizeof word);
+}
 
 /// The rounds are written out by the compiler, each with the variables in other places, so that nothing has to be moved
 /// between them.
@@ -35,9 +40,9 @@ constexpr void Unrolled(Round&& round) {
   (std::make_index_sequence<Count>{});
 }
 
-void Sha1Block(State<5>& state, const std::uint8_t* block) {
+void Sha1Block(Sha1State& state, const std::uint8_t* block) {
   std::array<std::uint32_t, 16> w;
-  State<5> v = state;
+  Sha1State v = state;
   // Of the 80 words of the schedule the last 16 are kept.
   const auto round = [&](auto index, std::uint32_t k, auto&& choose) {
     constexpr std::size_t i = index;
@@ -68,17 +73,7 @@ void Sha1Block(State<5>& state, const std::uint8_t* block) {
   }
 }
 
-constexpr std::array<std::uint32_t, 64> kRoundConstants = {
-    0x428a2f98, 0x71374491, 0xb5c0fbcf, 0xe9b5dba5, 0x3956c25b, 0x59f111f1, 0x923f82a4, 0xab1c5ed5,
-    0xd807aa98, 0x12835b01, 0x243185be, 0x550c7dc3, 0x72be5d74, 0x80deb1fe, 0x9bdc06a7, 0xc19bf174,
-    0xe49b69c1, 0xefbe4786, 0x0fc19dc6, 0x240ca1cc, 0x2de92c6f, 0x4a7484aa, 0x5cb0a9dc, 0x76f988da,
-    0x983e5152, 0xa831c66d, 0xb00327c8, 0xbf597fc7, 0xc6e00bf3, 0xd5a79147, 0x06ca6351, 0x14292967,
-    0x27b70a85, 0x2e1b2138, 0x4d2c6dfc, 0x53380d13, 0x650a7354, 0x766a0abb, 0x81c2c92e, 0x92722c85,
-    0xa2bfe8a1, 0xa81a664b, 0xc24b8b70, 0xc76c51a3, 0xd192e819, 0xd6990624, 0xf40e3585, 0x106aa070,
-    0x19a4c116, 0x1e376c08, 0x2748774c, 0x34b0bcb5, 0x391c0cb3, 0x4ed8aa4a, 0x5b9cca4f, 0x682e6ff3,
-    0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2};
-
-void Sha256Block(State<8>& state, const std::uint8_t* block) {
+void Sha256Block(Sha256State& state, const std::uint8_t* block) {
   std::array<std::uint32_t, 64> w;
   for (std::size_t i = 0; i < 16; ++i) {
     w[i] = LoadWord(block + 4 * i);
@@ -91,7 +86,7 @@ void Sha256Block(State<8>& state, const std::uint8_t* block) {
   auto [a, b, c, d, e, f, g, h] = state;
   for (std::size_t i = 0; i < 64; ++i) {
     const std::uint32_t s1 = std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25);
-    const std::uint32_t t1 = h + s1 + ((e & f) ^ (~e & g)) + kRoundConstants[i] + w[i];
+    const std::uint32_t t1 = h + s1 + ((e & f) ^ (~e & g)) + kSha256Constants[i] + w[i];
     const std::uint32_t s0 = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
     const std::uint32_t t2 = s0 + ((a & b) ^ (a & c) ^ (b & c));
     h = g;
@@ -103,50 +98,61 @@ void Sha256Block(State<8>& state, const std::uint8_t* block) {
     b = a;
     a = t1 + t2;
   }
-  const State<8> sums = {a, b, c, d, e, f, g, h};
+  const Sha256State sums = {a, b, c, d, e, f, g, h};
   for (std::size_t i = 0; i < 8; ++i) {
     state[i] += sums[i];
   }
 }
 
-/// Both digests cut the message into blocks of 64 bytes and close it with 80, zeros and its bit length.
-template <std::size_t Words>
-std::array<std::uint8_t, 4 * Words> Digest(Bytes message, State<Words> state,
-                                           void (*absorb)(State<Words>&, const std::uint8_t*)) {
-  const std::size_t whole = message.size() / kBlock * kBlock;
-  for (std::size_t at = 0; at < whole; at += kBlock) {
-    absorb(state, message.data() + at);
-  }
-  std::array<std::uint8_t, 2 * kBlock> tail{};
-  const std::size_t rest = message.size() - whole;
-  std::copy_n(message.data() + whole, rest, tail.data());
-  tail[rest] = 0x80;
-  const std::size_t tailSize = rest + 9 > kBlock ? 2 * kBlock : kBlock;
-  const std::uint64_t bits = static_cast<std::uint64_t>(message.size()) * 8;
-  for (std::size_t i = 0; i < 8; ++i) {
-    tail[tailSize - 1 - i] = static_cast<std::uint8_t>(bits >> (8 * i));
-  }
-  for (std::size_t at = 0; at < tailSize; at += kBlock) {
-    absorb(state, tail.data() + at);
-  }
-  std::array<std::uint8_t, 4 * Words> digest;
-  for (std::size_t i = 0; i < digest.size(); ++i) {
-    digest[i] = static_cast<std::uint8_t>(state[i / 4] >> (24 - 8 * (i % 4)));
+template <class State>
+std::array<std::uint8_t, 4 * std::tuple_size_v<State>> Digest(Bytes bytes, State state,
+                                                              void (*absorb)(State&, ShaMessage&)) {
+  ShaMessage message(bytes);
+  absorb(state, message);
+  std::array<std::uint8_t, 4 * std::tuple_size_v<State>> digest;
+  for (std::size_t i = 0; i < state.size(); ++i) {
+    StoreWord(&digest[4 * i], state[i]);
   }
   return digest;
 }
 
 }  // namespace
 
-Sha1Digest Sha1(Bytes message) {
-  return Digest<5>(message, {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476, 0xC3D2E1F0}, Sha1Block);
+ShaMessage::ShaMessage(Bytes message) : next(message.data()), blocks(message.size() / kShaBlock) {
+  const Bytes rest = message.subspan(blocks * kShaBlock);
+  tailBlocks = rest.size() + 9 > kShaBlock ? 2 : 1;
+  std::copy(rest.begin(), rest.end(), tail.begin());
+  tail[rest.size()] = 0x80;
+  const std::uint64_t bits = static_cast<std::uint64_t>(message.size()) * 8;
+  StoreWord(&tail[tailBlocks * kShaBlock - 8], static_cast<std::uint32_t>(bits >> 32));
+  StoreWord(&tail[tailBlocks * kShaBlock - 4], static_cast<std::uint32_t>(bits));
 }
 
-Sha256Digest Sha256(Bytes message) {
-  return Digest<8>(
-      message,
-      {0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a, 0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19},
-      Sha256Block);
+void AbsorbSha1(Sha1State& state, ShaMessage& message) {
+  while (const std::uint8_t* const block = message.Next()) {
+    Sha1Block(state, block);
+  }
+}
+
+void AbsorbSha256(Sha256State& state, ShaMessage& message) {
+  while (const std::uint8_t* const block = message.Next()) {
+    Sha256Block(state, block);
+  }
+}
+
+Sha1Digest Sha1(Bytes message, [[maybe_unused]] Instructions usable) {
+#if VNZEL_X86_64
+  if (usable.sha) return Digest(message, kSha1Start, AbsorbSha1BySha);
+#endif
+  return Digest(message, kSha1Start, AbsorbSha1);
+}
+
+Sha256Digest Sha256(Bytes message, [[maybe_unused]] Instructions usable) {
+#if VNZEL_X86_64
+  if (usable.sha) return Digest(message, kSha256Start, AbsorbSha256BySha);
+  if (usable.avx2) return Digest(message, kSha256Start, AbsorbSha256ByAvx2);
+#endif
+  return Digest(message, kSha256Start, AbsorbSha256);
 }
 
 Sha1Digest Sha1OfText(std::string_view text) {
@@ -163,9 +169,15 @@ Sha256Digest Sha256OfText(std::string_view text) {
 }
 
 Sha256Digest Sha256OfCodePageBytes(Bytes message) {
+  static const std::array<std::uint8_t, 256> lowBytes = [] {
+    std::array<std::uint8_t, 256> table{};
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
+      table[byte] = static_cast<std::uint8_t>(FromCodePage1252(static_cast<std::uint8_t>(byte)) & 0xFF);
+    }
+    return table;
+  }();
   std::vector<std::uint8_t> bytes(message.size());
-  std::transform(message.begin(), message.end(), bytes.begin(),
-                 [](std::uint8_t byte) { return static_cast<std::uint8_t>(FromCodePage1252(byte) & 0xFF); });
+  std::ranges::transform(message, bytes.begin(), [](std::uint8_t byte) { return lowBytes[byte]; });
   return Sha256(bytes);
 }
 

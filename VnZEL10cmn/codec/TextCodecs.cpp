@@ -1,34 +1,97 @@
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 
+#include "VnZEL10cmn/codec/internal/TextKernels.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn::internal {
 
 namespace {
 
+using Bytes = std::span<const std::uint8_t>;
+
 constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr std::string_view kBase32Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";
 constexpr std::string_view kBase32HexDigits = "0123456789ABCDEFGHIJKLMNOPQRSTUV";
 
-std::string Hex(std::span<const std::uint8_t> bytes, std::string_view digits) {
-  std::string text(bytes.size() * 2, '\0');
-  char* out = text.data();
-  for (const std::uint8_t byte : bytes) {
+constexpr std::string_view kUpperDigits = "0123456789ABCDEF";
+constexpr std::string_view kLowerDigits = "0123456789abcdef";
+
+constexpr std::uint8_t kNoDigit = 255;
+
+/// The values of all characters, `kNoDigit` for most.
+using Values = std::array<std::uint8_t, 256>;
+
+constexpr Values ValuesOf(std::string_view digits) {
+  Values values{};
+  values.fill(kNoDigit);
+  for (std::size_t value = 0; value < digits.size(); ++value) {
+    values[static_cast<unsigned char>(digits[value])] = static_cast<std::uint8_t>(value);
+  }
+  return values;
+}
+
+constexpr Values kBase64Values = ValuesOf(kBase64Digits);
+
+constexpr Values kHexValues = [] {
+  Values values = ValuesOf(kUpperDigits);
+  for (std::size_t value = 10; value < kLowerDigits.size(); ++value) {
+    values[static_cast<unsigned char>(kLowerDigits[value])] = static_cast<std::uint8_t>(value);
+  }
+  return values;
+}();
+
+std::uint8_t ValueOf(const Values& values, char character) {
+  return values[static_cast<unsigned char>(character)];
+}
+
+void Hex(Bytes bytes, std::string_view digits, std::string& text, [[maybe_unused]] Instructions usable) {
+  text.resize(bytes.size() * 2);
+  std::size_t done = 0;
+#if VNZEL_X86_64
+  if (usable.avx2) {
+    done = EncodeHexAvx2(bytes.data(), bytes.size(), digits.data(), text.data());
+  } else if (usable.ssse3) {
+    done = EncodeHexSsse3(bytes.data(), bytes.size(), digits.data(), text.data());
+  }
+#endif
+  char* out = text.data() + 2 * done;
+  for (const std::uint8_t byte : bytes.subspan(done)) {
     *out++ = digits[byte >> 4];
     *out++ = digits[byte & 15];
   }
-  return text;
 }
 
 }  // namespace
 
-std::string EncodeBase64(std::span<const std::uint8_t> bytes) {
-  std::string text((bytes.size() + 2) / 3 * 4, '=');
-  char* out = text.data();
+bool AllAbove(std::string_view text, char low, [[maybe_unused]] Instructions usable) {
+  std::size_t done = 0;
+#if VNZEL_X86_64
+  if (usable.avx2 || usable.ssse3) {
+    const auto all = usable.avx2 ? AllAboveAvx2 : AllAboveSsse3;
+    if (!all(text.data(), text.size(), low, done)) return false;
+  }
+#endif
+  return std::all_of(text.begin() + static_cast<std::ptrdiff_t>(done), text.end(),
+                     [low](char c) { return static_cast<signed char>(c) > low; });
+}
+
+void EncodeBase64(Bytes bytes, std::string& text, [[maybe_unused]] Instructions usable) {
+  text.resize((bytes.size() + 2) / 3 * 4);
+  std::size_t done = 0;
+#if VNZEL_X86_64
+  if (usable.avx2) {
+    done = EncodeBase64Avx2(bytes.data(), bytes.size(), text.data());
+  } else if (usable.ssse3) {
+    done = EncodeBase64Ssse3(bytes.data(), bytes.size(), text.data());
+  }
+#endif
+  char* out = text.data() + done / 3 * 4;
   const std::size_t whole = bytes.size() / 3 * 3;
-  for (std::size_t i = 0; i < whole; i += 3) {
+  for (std::size_t i = done; i < whole; i += 3) {
     const unsigned group = static_cast<unsigned>(bytes[i] << 16 | bytes[i + 1] << 8 | bytes[i + 2]);
     *out++ = kBase64Digits[group >> 18];
     *out++ = kBase64Digits[(group >> 12) & 63];
@@ -36,18 +99,40 @@ std::string EncodeBase64(std::span<const std::uint8_t> bytes) {
     *out++ = kBase64Digits[group & 63];
   }
   if (bytes.size() > whole) {
-    const unsigned second = bytes.size() - whole == 2 ? bytes[whole + 1] : 0U;
-    const unsigned group = static_cast<unsigned>(bytes[whole] << 16) | second << 8;
+    const bool two = bytes.size() - whole == 2;
+    const unsigned group = static_cast<unsigned>(bytes[whole] << 16 | (two ? bytes[whole + 1] << 8 : 0));
     *out++ = kBase64Digits[group >> 18];
     *out++ = kBase64Digits[(group >> 12) & 63];
-    if (bytes.size() - whole == 2) {
-      *out++ = kBase64Digits[(group >> 6) & 63];
-    }
+    *out++ = two ? kBase64Digits[(group >> 6) & 63] : '=';
+    *out++ = '=';
   }
-  return text;
 }
 
-std::string EncodeBase32(std::span<const std::uint8_t> bytes, bool hexAlphabet) {
+std::size_t DecodeBase64Digits(std::string_view text, std::span<std::uint8_t> out,
+                               [[maybe_unused]] Instructions usable) {
+  std::size_t done = 0;
+#if VNZEL_X86_64
+  if (usable.avx2) {
+    done = DecodeBase64Avx2(text.data(), text.size(), out.data(), out.size());
+  } else if (usable.ssse3) {
+    done = DecodeBase64Ssse3(text.data(), text.size(), out.data(), out.size());
+  }
+#endif
+  std::uint8_t* to = out.data() + done / 4 * 3;
+  for (; text.size() - done >= 4; done += 4) {
+    const unsigned a = ValueOf(kBase64Values, text[done]);
+    const unsigned b = ValueOf(kBase64Values, text[done + 1]);
+    const unsigned c = ValueOf(kBase64Values, text[done + 2]);
+    const unsigned d = ValueOf(kBase64Values, text[done + 3]);
+    if ((a | b | c | d) == kNoDigit) break;
+    *to++ = static_cast<std::uint8_t>(a << 2 | b >> 4);
+    *to++ = static_cast<std::uint8_t>((b & 15) << 4 | c >> 2);
+    *to++ = static_cast<std::uint8_t>((c & 3) << 6 | d);
+  }
+  return done;
+}
+
+std::string EncodeBase32(Bytes bytes, bool hexAlphabet) {
   const std::string_view digits = hexAlphabet ? kBase32HexDigits : kBase32Digits;
   std::string text((bytes.size() + 4) / 5 * 8, '=');
   char* out = text.data();
@@ -68,9 +153,40 @@ std::string EncodeBase32(std::span<const std::uint8_t> bytes, bool hexAlphabet) 
   return text;
 }
 
-std::string UpperHex(std::span<const std::uint8_t> bytes) { return Hex(bytes, "0123456789ABCDEF"); }
+void EncodeUpperHex(Bytes bytes, std::string& text, Instructions usable) {
+  Hex(bytes, kUpperDigits, text, usable);
+}
 
-std::string LowerHex(std::span<const std::uint8_t> bytes) { return Hex(bytes, "0123456789abcdef"); }
+std::string UpperHex(Bytes bytes) {
+  std::string text;
+  Hex(bytes, kUpperDigits, text, UsableInstructions());
+  return text;
+}
+
+std::string LowerHex(Bytes bytes) {
+  std::string text;
+  Hex(bytes, kLowerDigits, text, UsableInstructions());
+  return text;
+}
+
+std::size_t DecodeHexDigits(std::string_view text, std::span<std::uint8_t> out,
+                            [[maybe_unused]] Instructions usable) {
+  std::size_t done = 0;
+#if VNZEL_X86_64
+  if (usable.avx2) {
+    done = DecodeHexAvx2(text.data(), text.size(), out.data());
+  } else if (usable.ssse3) {
+    done = DecodeHexSsse3(text.data(), text.size(), out.data());
+  }
+#endif
+  for (; text.size() - done >= 2; done += 2) {
+    const unsigned high = ValueOf(kHexValues, text[done]);
+    const unsigned low = ValueOf(kHexValues, text[done + 1]);
+    if ((high | low) == kNoDigit) break;
+    out[done / 2] = static_cast<std::uint8_t>(high << 4 | low);
+  }
+  return done;
+}
 
 int HexValue(char16_t digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';

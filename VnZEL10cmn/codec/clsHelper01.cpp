@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <stdexcept>
+#include <type_traits>
 
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
@@ -110,10 +111,7 @@ std::optional<Refusal> CleanReplacements(std::string_view plus, std::string_view
 }
 
 /// The text with "+" and "/" replaced.
-std::string Replace(std::string text, const Replacements& replacements) {
-  if (replacements.plus == '+' && replacements.slash == '/') {
-    return text;
-  }
+std::string Replace(std::string_view text, const Replacements& replacements) {
   std::string replaced;
   replaced.reserve(text.size());
   for (const char c : text) {
@@ -176,8 +174,40 @@ Refusal InvalidCharacter(std::string_view kind, std::size_t position, char16_t u
                   "Zeichenposition: ", position, kCrLf, "Zeichen .......: \"", TextOf(unit), "\"")};
 }
 
+/// Makes a result of `length` bytes, which are to be written; none is made anew where the array is long enough.
+std::span<std::uint8_t> MakeResult(ByteArray& result, std::size_t length) {
+  if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
+    throw std::overflow_error("array size overflow");
+  }
+  const std::int32_t last = static_cast<std::int32_t>(length) - 1;
+  if (result.LBound() == 0) {
+    result.RedimPreserve(last);
+  } else {
+    result.Redim(0, last);
+  }
+  return {result.data(), result.size()};
+}
+
 char16_t UnitOf(char c) { return static_cast<unsigned char>(c); }
 char16_t UnitOf(char16_t unit) { return unit; }
+
+bool IsStandard(const Replacements& replacements) {
+  return replacements.plus == '+' && replacements.slash == '/';
+}
+
+/// Decodes the front of a text as far as it is standard Base64 without pads, and clears what is left of the result.
+template <class Units>
+std::size_t DecodeBase64Front(const Units& text, const Replacements& replacements,
+                              std::span<std::uint8_t> bytes) {
+  std::size_t front = 0;
+  if constexpr (std::is_same_v<Units, std::string_view>) {
+    if (IsStandard(replacements)) {
+      front = internal::DecodeBase64Digits(text, bytes);
+    }
+  }
+  std::ranges::fill(bytes.subspan(front / 4 * 3), std::uint8_t{0});
+  return front;
+}
 
 /// Decodes groups of four characters, given as ASCII characters or UTF-16 code units.
 template <class Units>
@@ -189,14 +219,11 @@ std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& repla
     return InvalidLength();
   }
   const std::size_t pads = text[text.size() - 1] != '=' ? 0U : text[text.size() - 2] != '=' ? 1U : 2U;
-  const std::size_t length = text.size() / 4 * 3 - pads;
-  if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-    throw std::overflow_error("array size overflow");
-  }
-  result.Redim(0, static_cast<std::int32_t>(length) - 1);
+  const std::span<std::uint8_t> bytes = MakeResult(result, text.size() / 4 * 3 - pads);
+  const std::size_t front = DecodeBase64Front(text, replacements, bytes);
   const Base64Values values(replacements);
-  std::uint8_t* out = result.data();
-  std::uint8_t* const end = out + length;
+  std::uint8_t* out = bytes.data() + front / 4 * 3;
+  std::uint8_t* const end = bytes.data() + bytes.size();
   const auto put = [&out, end](unsigned value) {
     if (value > 255) {
       throw std::overflow_error("byte overflow");
@@ -206,7 +233,7 @@ std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& repla
     }
     *out++ = static_cast<std::uint8_t>(value);
   };
-  for (std::size_t at = 0; at < text.size(); at += 4) {
+  for (std::size_t at = front; at < text.size(); at += 4) {
     std::array<unsigned, 4> group{};
     for (std::size_t i = 0; i < 4; ++i) {
       group[i] = values.Of(text[at + i]);
@@ -226,31 +253,31 @@ std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& repla
   return std::nullopt;
 }
 
-template <class Units>
-std::optional<Refusal> DecodeHex(const Units& text, ByteArray& result) {
-  if (text.size() % 2 != 0) {
+/// Decodes pairs of digits in either case; `length` is the text's in UTF-16 code units.
+std::optional<Refusal> DecodeHex(std::string_view text, std::size_t length, ByteArray& result) {
+  if (length % 2 != 0) {
     return InvalidLength();
   }
-  result.Redim(0, static_cast<std::int32_t>(text.size() / 2) - 1);
-  std::uint8_t* out = result.data();
-  for (std::size_t at = 0; at < text.size(); at += 2) {
-    std::array<int, 2> digits{};
-    for (std::size_t i = 0; i < 2; ++i) {
-      digits[i] = internal::HexValue(UnitOf(text[at + i]));
-      if (digits[i] < 0) {
-        return InvalidCharacter("hexadezimalen Zeichenfolge", at + i + 1, UnitOf(text[at + i]));
-      }
-    }
-    *out++ = static_cast<std::uint8_t>(digits[0] * 16 + digits[1]);
+  const std::span<std::uint8_t> bytes = MakeResult(result, length / 2);
+  const std::size_t taken = internal::DecodeHexDigits(text, bytes);
+  if (taken == text.size()) {
+    return std::nullopt;
   }
-  return std::nullopt;
+  std::ranges::fill(bytes.subspan(taken / 2), std::uint8_t{0});
+  const std::u16string rest = ToUtf16(internal::Upper(text.substr(taken)));
+  const std::size_t invalid = internal::HexValue(rest[0]) < 0 ? 0 : 1;
+  return InvalidCharacter("hexadezimalen Zeichenfolge", taken + invalid + 1, rest[invalid]);
 }
 
 std::string Without(std::string_view text, std::string_view unwanted) {
+  std::array<bool, 256> isUnwanted{};
+  for (const char c : unwanted) {
+    isUnwanted[static_cast<unsigned char>(c)] = true;
+  }
   std::string result;
   result.reserve(text.size());
   std::copy_if(text.begin(), text.end(), std::back_inserter(result),
-               [unwanted](char c) { return unwanted.find(c) == std::string_view::npos; });
+               [&isUnwanted](char c) { return !isUnwanted[static_cast<unsigned char>(c)]; });
   return result;
 }
 
@@ -421,12 +448,18 @@ bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std
     if (refusal) {
       return Fail(*refusal, operation);
     }
+    const bool inLines = LineLen >= 12;
+    if (!inLines && IsStandard(replacements)) {
+      internal::EncodeBase64(range, Result);
+      return true;
+    }
     std::string text = internal::EncodeBase64(range);
-    if (LineLen >= 12) {
-      text = Replace(internal::BreakLines(text, static_cast<std::size_t>(LineLen)), replacements);
+    if (inLines) {
+      text = internal::BreakLines(text, static_cast<std::size_t>(LineLen));
+    }
+    text = Replace(text, replacements);
+    if (inLines) {
       RemoveTrailing(text, " \r\n");
-    } else {
-      text = Replace(std::move(text), replacements);
     }
     Result = std::move(text);
     return true;
@@ -440,14 +473,15 @@ bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std
     Replacements replacements{};
     auto refusal = CleanReplacements(ReplPlus, ReplSlsh, replacements);
     if (!refusal) {
+      // Most texts have neither line breaks nor outer blanks and need no copy.
       std::string unbroken;
-      if (Data.find_first_of(kCrLf) != std::string_view::npos) {
+      const bool isPlain = internal::AllAbove(Data, ' ');
+      if (!isPlain) {
         unbroken = Without(Data, kCrLf);
-        Data = unbroken;
+        Data = internal::Trim(unbroken);
       }
-      const std::string_view text = internal::Trim(Data);
-      refusal = internal::IsAscii(text) ? DecodeBase64(text, replacements, Result)
-                                        : DecodeBase64(ToUtf16(text), replacements, Result);
+      refusal = isPlain || internal::IsAscii(Data) ? DecodeBase64(Data, replacements, Result)
+                                                   : DecodeBase64(ToUtf16(Data), replacements, Result);
     }
     return refusal ? Fail(*refusal, operation) : true;
   });
@@ -473,8 +507,14 @@ bool clsHelper01::GetBytesOfBinStr(std::string_view Data, ByteArray& Result) {
     if (Data.empty()) {
       return Fail(ZELErrorCodes::Err_Hlp_CnvNoData, "Es wurde eine leere Zeichenfolge übergeben!", operation);
     }
-    const std::string text = internal::Upper(Without(Data, "- \r\n"));
-    const auto refusal = internal::IsAscii(text) ? DecodeHex(text, Result) : DecodeHex(ToUtf16(text), Result);
+    // All that is passed over stands before the digits.
+    std::string cleaned;
+    const bool isPlain = internal::AllAbove(Data, '-');
+    if (!isPlain) {
+      cleaned = Without(Data, "- \r\n");
+      Data = cleaned;
+    }
+    const auto refusal = DecodeHex(Data, isPlain ? Data.size() : internal::Utf16Length(Data), Result);
     return refusal ? Fail(*refusal, operation) : true;
   });
 }
@@ -494,7 +534,12 @@ bool clsHelper01::GetBinStrOfBytes(const ByteArray& Data, std::string& Result, s
     if (separator.empty() && GroupLen >= 1) {
       separator = "-";
     }
-    const std::string digits = internal::UpperHex(Bytes(Data.data(), Data.size()));
+    const Bytes bytes(Data.data(), Data.size());
+    if (separator.empty() && GroupLen < 1) {
+      internal::EncodeUpperHex(bytes, Result);
+      return true;
+    }
+    const std::string digits = internal::UpperHex(bytes);
     // Without groups every byte is one; with groups the last one appears only when more digits follow it.
     const std::size_t group = GroupLen < 1 ? 2 : static_cast<std::size_t>(GroupLen);
     const std::size_t spare = GroupLen < 1 ? 0 : 1;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -73,7 +74,18 @@ void AppendUtf8(std::string& text, char32_t character) {
 }
 
 bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  constexpr std::uint64_t beyondAscii = 0x8080808080808080;
+  std::uint64_t all = 0;
+  while (text.size() >= sizeof all) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, text.data(), sizeof word);
+    all |= word;
+    text.remove_prefix(sizeof word);
+  }
+  for (const char c : text) {
+    all |= static_cast<unsigned char>(c);
+  }
+  return (all & beyondAscii) == 0;
 }
 
 std::size_t Utf16Length(std::string_view text) {

@@ -1,17 +1,48 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "VnZEL10cmn/platform/internal/Processor.h"
+
 namespace VnZEL10cmn::internal {
 
-/// Bytes as unbroken Base64 text with "+", "/" and "=".
-std::string EncodeBase64(std::span<const std::uint8_t> bytes);
+using platform::Instructions;
+using platform::UsableInstructions;
+
+/// Writes bytes as unbroken Base64 text with "+", "/" and "=" into `text`, which they must not be part of.
+void EncodeBase64(std::span<const std::uint8_t> bytes, std::string& text,
+                  Instructions usable = UsableInstructions());
+
+/// The same as a new text.
+inline std::string EncodeBase64(std::span<const std::uint8_t> bytes) {
+  std::string text;
+  EncodeBase64(bytes, text);
+  return text;
+}
+
+/// Decodes whole groups of four Base64 digits ("+", "/", no "=") from the front of a text into `out`, which has room
+/// for them, up to the first group that holds anything else. Returns how many characters that were.
+std::size_t DecodeBase64Digits(std::string_view text, std::span<std::uint8_t> out,
+                               Instructions usable = UsableInstructions());
+
+/// Whether a text consists of ASCII characters above `low` only.
+bool AllAbove(std::string_view text, char low, Instructions usable = UsableInstructions());
 
 /// Bytes as unbroken Base32 text; `hexAlphabet` selects base32hex.
 std::string EncodeBase32(std::span<const std::uint8_t> bytes, bool hexAlphabet);
+
+/// Writes bytes as upper-case hexadecimal digits into `text`.
+void EncodeUpperHex(std::span<const std::uint8_t> bytes, std::string& text,
+                    Instructions usable = UsableInstructions());
+
+/// Decodes pairs of hexadecimal digits, in either case, from the front of a text into `out`, which has room for
+/// them, up to the first pair that holds anything else. Returns how many characters that were.
+std::size_t DecodeHexDigits(std::string_view text, std::span<std::uint8_t> out,
+                            Instructions usable = UsableInstructions());
 
 /// Bytes as upper-case hexadecimal digits.
 std::string UpperHex(std::span<const std::uint8_t> bytes);

@@ -1,0 +1,205 @@
+#include <gtest/gtest.h>
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "VnZEL10cmn/codec/internal/Sha.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/platform/internal/Processor.h"
+
+using VnZEL10cmn::platform::Instructions;
+using VnZEL10cmn::platform::Permitted;
+using VnZEL10cmn::platform::ProcessorInstructions;
+namespace internal = VnZEL10cmn::internal;
+
+namespace {
+
+constexpr Instructions kAll{true, true, true};
+
+TEST(PermittedInstructions, AreThoseNamedThatTheProcessorHas) {
+  EXPECT_EQ(Permitted(kAll, ""), Instructions{});
+  EXPECT_EQ(Permitted(kAll, "ssse3"), (Instructions{true, false, false}));
+  EXPECT_EQ(Permitted(kAll, "avx2,ssse3"), (Instructions{true, true, false}));
+  EXPECT_EQ(Permitted(kAll, "sha"), (Instructions{false, false, true}));
+  EXPECT_EQ(Permitted(kAll, "ssse3,avx2,sha"), kAll);
+  EXPECT_EQ(Permitted(Instructions{}, "ssse3,avx2,sha"), Instructions{});
+  EXPECT_EQ(Permitted({true, false, false}, "ssse3,avx2"), (Instructions{true, false, false}));
+}
+
+TEST(PermittedInstructions, OtherNamesArePassedOver) {
+  EXPECT_EQ(Permitted(kAll, ",SHA,avx512,,sha ,avx2,"), (Instructions{false, true, false}));
+}
+
+/// Bytes without a pattern.
+std::vector<std::uint8_t> Noise(std::size_t count) {
+  std::vector<std::uint8_t> bytes(count);
+  std::uint32_t state = 2463534242U;
+  for (std::uint8_t& byte : bytes) {
+    state ^= state << 13;
+    state ^= state >> 17;
+    state ^= state << 5;
+    byte = static_cast<std::uint8_t>(state);
+  }
+  return bytes;
+}
+
+/// Every form of the inner loops that this processor can run, over the same inputs.
+class OnEveryPath : public testing::TestWithParam<std::string_view> {
+ protected:
+  void SetUp() override {
+    path_ = Permitted(ProcessorInstructions(), GetParam());
+    if (path_ != Permitted(kAll, GetParam())) {
+      GTEST_SKIP() << "this processor does not have them";
+    }
+  }
+
+  Instructions path_;
+};
+
+INSTANTIATE_TEST_SUITE_P(, OnEveryPath, testing::Values("", "ssse3", "ssse3,avx2", "sha", "ssse3,avx2,sha"),
+                         [](const auto& path) {
+                           std::string name = path.param.empty() ? "portable" : std::string(path.param);
+                           std::replace(name.begin(), name.end(), ',', '_');
+                           return name;
+                         });
+
+template <class Digest>
+void ExpectReference(const EVP_MD* algorithm, std::span<const std::uint8_t> message, const Digest& digest) {
+  Digest expected{};
+  ASSERT_EQ(EVP_Digest(message.data(), message.size(), expected.data(), nullptr, algorithm, nullptr), 1);
+  EXPECT_EQ(digest, expected) << message.size() << " bytes";
+}
+
+TEST_P(OnEveryPath, DigestsAreThoseOfLibcrypto) {
+  const std::vector<std::uint8_t> bytes = Noise(70000);
+  for (std::size_t size = 0; size <= 300; ++size) {
+    const auto message = std::span(bytes).subspan(size % 17, size);
+    ExpectReference(EVP_sha1(), message, internal::Sha1(message, path_));
+    ExpectReference(EVP_sha256(), message, internal::Sha256(message, path_));
+  }
+  ExpectReference(EVP_sha1(), bytes, internal::Sha1(bytes, path_));
+  ExpectReference(EVP_sha256(), bytes, internal::Sha256(bytes, path_));
+}
+
+TEST_P(OnEveryPath, Base64IsThatOfLibcrypto) {
+  const std::vector<std::uint8_t> bytes = Noise(400);
+  for (std::size_t size = 0; size <= 300; ++size) {
+    const auto message = std::span(bytes).subspan(size % 17, size);
+    std::string expected((size + 2) / 3 * 4 + 1, '\0');
+    const int length = EVP_EncodeBlock(reinterpret_cast<unsigned char*>(expected.data()), message.data(),
+                                       static_cast<int>(size));
+    expected.resize(static_cast<std::size_t>(length));
+    std::string text = "what was there before";
+    internal::EncodeBase64(message, text, path_);
+    EXPECT_EQ(text, expected) << size << " bytes";
+  }
+}
+
+TEST_P(OnEveryPath, Base64ReadsBackAndTouchesNothingElse) {
+  const std::vector<std::uint8_t> bytes = Noise(400);
+  for (std::size_t size = 0; size <= 300; size += 3) {
+    const std::span<const std::uint8_t> message = std::span(bytes).first(size);
+    std::string text;
+    internal::EncodeBase64(message, text, path_);
+    std::vector<std::uint8_t> room(size + 64, 0xEE);
+    EXPECT_EQ(internal::DecodeBase64Digits(text, std::span(room).subspan(32, size), path_), text.size());
+    EXPECT_TRUE(std::ranges::equal(std::span(room).subspan(32, size), message)) << size << " bytes";
+    EXPECT_EQ(std::ranges::count(room, 0xEE) - std::ranges::count(message, 0xEE), 64) << size << " bytes";
+  }
+}
+
+TEST_P(OnEveryPath, Base64StopsAtTheGroupThatIsNone) {
+  constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  const std::string valid(200, 'w');
+  for (int value = 0; value < 256; ++value) {
+    const char character = static_cast<char>(value);
+    for (std::size_t at = 0; at < valid.size(); at += at < 70 ? 1 : 29) {
+      std::string text = valid;
+      text[at] = character;
+      std::vector<std::uint8_t> out(150, 0xEE);
+      const std::size_t expected =
+          (digits.find(character) != std::string_view::npos) ? text.size() : at / 4 * 4;
+      ASSERT_EQ(internal::DecodeBase64Digits(text, out, path_), expected) << value << " at " << at;
+    }
+  }
+}
+
+TEST_P(OnEveryPath, EveryBase64DigitHasItsValue) {
+  constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  for (std::size_t value = 0; value < digits.size(); ++value) {
+    for (std::size_t at = 0; at < 64; ++at) {
+      std::string text(96, 'A');
+      text[at] = digits[value];
+      std::vector<std::uint8_t> out(72);
+      ASSERT_EQ(internal::DecodeBase64Digits(text, out, path_), text.size());
+      std::vector<std::uint8_t> expected(72);
+      const std::size_t bit = 6 * at;
+      const unsigned shifted = static_cast<unsigned>(value) << (10 - bit % 8);
+      expected[bit / 8] = static_cast<std::uint8_t>(shifted >> 8);
+      expected[bit / 8 + 1] = static_cast<std::uint8_t>(shifted);
+      ASSERT_EQ(out, expected) << digits[value] << " at " << at;
+    }
+  }
+}
+
+TEST_P(OnEveryPath, HexadecimalTextIsTwoDigitsPerByte) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const std::vector<std::uint8_t> bytes = Noise(400);
+  for (std::size_t size = 0; size <= 300; ++size) {
+    const auto message = std::span(bytes).subspan(size % 17, size);
+    std::string expected;
+    for (const std::uint8_t byte : message) {
+      expected.push_back(digits[byte / 16]);
+      expected.push_back(digits[byte % 16]);
+    }
+    std::string text = "what was there before";
+    internal::EncodeUpperHex(message, text, path_);
+    EXPECT_EQ(text, expected);
+    // Small letters here and there.
+    for (std::size_t i = 0; i < text.size(); i += 1 + i % 3) {
+      if (text[i] >= 'A') text[i] = static_cast<char>(text[i] + 32);
+    }
+    std::vector<std::uint8_t> room(size + 64, 0xEE);
+    EXPECT_EQ(internal::DecodeHexDigits(text, std::span(room).subspan(32, size), path_), text.size());
+    EXPECT_TRUE(std::ranges::equal(std::span(room).subspan(32, size), message)) << size << " bytes";
+    EXPECT_EQ(std::ranges::count(room, 0xEE) - std::ranges::count(message, 0xEE), 64) << size << " bytes";
+  }
+}
+
+TEST_P(OnEveryPath, HexadecimalTextStopsAtThePairThatIsNone) {
+  constexpr std::string_view digits = "0123456789ABCDEFabcdef";
+  const std::string valid(200, 'b');
+  for (int value = 0; value < 256; ++value) {
+    const char character = static_cast<char>(value);
+    for (std::size_t at = 0; at < valid.size(); at += at < 70 ? 1 : 29) {
+      std::string text = valid;
+      text[at] = character;
+      std::vector<std::uint8_t> out(100, 0xEE);
+      const std::size_t expected =
+          (digits.find(character) != std::string_view::npos) ? text.size() : at / 2 * 2;
+      ASSERT_EQ(internal::DecodeHexDigits(text, out, path_), expected) << value << " at " << at;
+    }
+  }
+}
+
+TEST_P(OnEveryPath, CharactersAboveALimitAreAsciiToo) {
+  for (std::size_t size = 0; size <= 140; ++size) {
+    EXPECT_TRUE(internal::AllAbove(std::string(size, '!'), ' ', path_));
+    for (std::size_t at = 0; at < size; ++at) {
+      std::string text(size, '\x7F');
+      for (const char refused : {' ', '\r', '\0', '\x80', '\xFF'}) {
+        text[at] = refused;
+        ASSERT_FALSE(internal::AllAbove(text, ' ', path_)) << at << " of " << size;
+      }
+    }
+  }
+}
+
+}  // namespace
