@@ -1,15 +1,18 @@
 #pragma once
 
+#include <openssl/evp.h>
+
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
 
 namespace bench {
 
-/// A text of bytes that are no pattern and always the same.
+/// Bytes that are no pattern and always the same.
 inline VnZEL10cmn::ByteArray Bytes(std::int32_t count) {
   VnZEL10cmn::ByteArray data = VnZEL10cmn::ByteArray::WithBounds(0, count - 1);
   std::uint32_t state = 2463534242U;
@@ -44,6 +47,20 @@ inline std::unique_ptr<VnZEL10cmn::clsZelTransAct> Booking(
   return booking;
 }
 
+inline VnZEL10cmn::ByteArray Data(VnZEL10cmn::clsZelTransAct& booking, VnZEL10cmn::ZELSerialType type,
+                                  std::int32_t room = 0) {
+  VnZEL10cmn::ByteArray data;
+  if (room > 0) {
+    data.Redim(0, room - 1);
+  }
+  std::int32_t length = 0;
+  if (!booking.BinaryDataGet(type, data, 0, &length)) {
+    throw std::runtime_error(booking.ErrorObject().GetLogEntry());
+  }
+  data.RedimPreserve(length - 1);
+  return data;
+}
+
 inline VnZEL10cmn::ByteArray Request(VnZEL10cmn::clsZelTransAct& booking) {
   VnZEL10cmn::ByteArray request;
   if (!booking.BinaryDataGet(VnZEL10cmn::ZELSerialType::Request, request, 0)) {
@@ -66,5 +83,33 @@ inline VnZEL10cmn::ByteArray Response() {
   }
   return response;
 }
+
+/// What a booking's request can't do without, by libcrypto: the hash of the item bytes, and the Base64 texts of
+/// item list, hash and request.
+class Floor {
+ public:
+  explicit Floor(std::int32_t items) {
+    const auto booking = Booking(items, std::make_shared<VnZEL10cmn::clsZelVatList>());
+    items_ = Data(*booking, VnZEL10cmn::ZELSerialType::ItemList, items * 128);
+    request_ = Request(*booking);
+    text_.resize((items_.size() + request_.size()) * 2);
+  }
+
+  void Run() {
+    unsigned char hash[EVP_MAX_MD_SIZE];
+    unsigned int length = 0;
+    EVP_Digest(items_.data(), items_.size(), hash, &length, EVP_sha256(), nullptr);
+    EVP_EncodeBlock(text_.data(), items_.data(), static_cast<int>(items_.size()));
+    EVP_EncodeBlock(text_.data(), hash, static_cast<int>(length));
+    EVP_EncodeBlock(text_.data(), request_.data(), static_cast<int>(request_.size()));
+  }
+
+  const unsigned char* Text() const { return text_.data(); }
+
+ private:
+  VnZEL10cmn::ByteArray items_;
+  VnZEL10cmn::ByteArray request_;
+  std::vector<unsigned char> text_;
+};
 
 }  // namespace bench

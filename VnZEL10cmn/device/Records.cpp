@@ -1,6 +1,7 @@
 #include "VnZEL10cmn/device/internal/Records.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -67,7 +68,15 @@ void WriteHead(ByteArray& buffer, std::int32_t start, ZelTags tag, std::size_t l
   buffer[start + 1] = static_cast<std::uint8_t>(length);
 }
 
+/// Where the value of a record that fits is written.
+std::uint8_t* ValueAt(ByteArray& buffer, std::int32_t start) {
+  return buffer.data() + (start - buffer.LBound()) + kRecordHead;
+}
+
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// Characters that are their own code page 1252 byte and that a text record may hold.
+bool IsPlain(char c) { return c >= 32 && static_cast<unsigned char>(c) <= 127; }
 
 /// A UTF-16 code unit as a message shows it: `"ü" (0xFC - 252)`, with its code page 1252 code.
 std::string Shown(char16_t unit) {
@@ -128,26 +137,6 @@ Refusal InvalidBcdCharacter(std::string_view message, ZelTags tag, std::int32_t 
                   kCharacterPositionLine, position)};
 }
 
-/// Packs hexadecimal digits, an odd count led by 0, into a record.
-MaybeRefusal WriteNibbles(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view digits) {
-  const std::size_t length = (digits.size() + 1) / 2;
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(length))) {
-    return refusal;
-  }
-  WriteHead(buffer, start, tag, length);
-  std::size_t nibble = digits.size() % 2;
-  unsigned byte = 0;
-  std::int64_t at = std::int64_t{start} + kRecordHead;  // behind the last byte there may be no index
-  for (const char digit : digits) {
-    byte = byte << 4 | static_cast<unsigned>(HexValue(static_cast<char16_t>(digit)));
-    if (++nibble % 2 == 0) {
-      buffer[static_cast<std::int32_t>(at++)] = static_cast<std::uint8_t>(byte & 0xFF);
-    }
-  }
-  Advance(start, length);
-  return std::nullopt;
-}
-
 }  // namespace
 
 std::string HexByte(std::uint8_t byte) { return "0x" + HexDigits(byte); }
@@ -197,6 +186,16 @@ MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start) {
 }
 
 MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limits, ZelTags tag) {
+  // Nearly every record is as it should be; what is wrong with one is found out below.
+  const std::int32_t first = buffer.LBound();
+  if (first >= 0 && start >= first && start < buffer.UBound()) {
+    const std::uint8_t* const record = buffer.data() + (start - first);
+    if (std::int64_t{start} + record[1] + 1 <= buffer.UBound() && record[1] <= kMaxLength &&
+        record[1] >= limits.min && (limits.max < 0 || record[1] <= limits.max) &&
+        (tag == ZelTags{} || static_cast<ZelTags>(record[0]) == tag)) {
+      return std::nullopt;
+    }
+  }
   if (auto refusal = CheckStart(buffer, start)) {
     return refusal;
   }
@@ -225,6 +224,10 @@ MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limit
 }
 
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length) {
+  if (length >= 0 && length <= kMaxLength && buffer.LBound() >= 0 && start >= buffer.LBound() &&
+      start + length + 1 <= buffer.UBound()) {
+    return std::nullopt;
+  }
   if (length < 0) {
     return Refusal{
         ZELErrorCodes::Err_Cmn_InvalidParam,
@@ -313,6 +316,34 @@ MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::st
   return std::nullopt;
 }
 
+std::optional<std::int64_t> SignedNumber(std::span<const std::uint8_t> value) {
+  if (value.empty()) {
+    return std::nullopt;
+  }
+  const std::uint8_t last = value.back();
+  const auto digits = BcdNumber(value.first(value.size() - 1));
+  const bool negative = (last & 15) == 13;
+  if (!digits || last >> 4 > 9) {
+    return std::nullopt;
+  }
+  const std::int64_t number = *digits * 10 + (last >> 4);
+  if (negative && number == 0) {
+    return std::nullopt;
+  }
+  return negative ? -number : number;
+}
+
+std::optional<std::int64_t> BcdNumber(std::span<const std::uint8_t> value) {
+  std::int64_t number = 0;
+  for (const std::uint8_t byte : value) {
+    if (byte >> 4 > 9 || (byte & 15) > 9) {
+      return std::nullopt;
+    }
+    number = number * 100 + (byte >> 4) * 10 + (byte & 15);
+  }
+  return number;
+}
+
 MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data) {
   if (data.LBound() < 0) {
     return Refusal{
@@ -324,8 +355,8 @@ MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, co
     return refusal;
   }
   WriteHead(buffer, start, tag, static_cast<std::size_t>(length));
-  for (std::int32_t i = 0; i < length; ++i) {
-    buffer[start + kRecordHead + i] = data[i];
+  if (length > 0) {
+    std::memcpy(ValueAt(buffer, start), &data[0], static_cast<std::size_t>(length));
   }
   Advance(start, static_cast<std::size_t>(length));
   return std::nullopt;
@@ -335,11 +366,17 @@ MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std
   if (auto refusal = CheckNotEmpty(data, "Leere Zeichenfolgen sind nicht erlaubt!", tag, start)) {
     return refusal;
   }
-  const std::size_t length = Utf16Length(data);
+  const bool isPlain = std::all_of(data.begin(), data.end(), IsPlain);
+  const std::size_t length = isPlain ? data.size() : Utf16Length(data);
   if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(length))) {
     return refusal;
   }
   WriteHead(buffer, start, tag, length);
+  if (isPlain) {
+    std::copy(data.begin(), data.end(), ValueAt(buffer, start));
+    Advance(start, length);
+    return std::nullopt;
+  }
   std::int64_t at = std::int64_t{start} + kRecordHead;  // behind the last byte there may be no index
   char16_t refused = 0;
   std::size_t position = 0;
@@ -373,23 +410,41 @@ MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool
   return std::nullopt;
 }
 
+MaybeRefusal WriteDigits(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view digits) {
+  const std::size_t length = (digits.size() + 1) / 2;
+  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(length))) {
+    return refusal;
+  }
+  WriteHead(buffer, start, tag, length);
+  std::size_t nibble = digits.size() % 2;
+  unsigned byte = 0;
+  std::uint8_t* out = ValueAt(buffer, start);
+  for (const char digit : digits) {
+    byte = byte << 4 | static_cast<unsigned>(HexValue(static_cast<char16_t>(digit)));
+    if (++nibble % 2 == 0) {
+      *out++ = static_cast<std::uint8_t>(byte & 0xFF);
+    }
+  }
+  Advance(start, length);
+  return std::nullopt;
+}
+
 MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,
                       bool leadZeroOk) {
-  std::string text = Upper(Trim(data));
-  if (auto refusal = CheckNotEmpty(text, kEmptyBcd, tag, start)) {
+  const std::string_view digits = Trim(data);
+  if (!digits.empty() && std::all_of(digits.begin(), digits.end(), IsDigit)) {
+    const std::size_t zeros = leadZeroOk ? 0 : std::min(digits.find_first_not_of('0'), digits.size() - 1);
+    return WriteDigits(buffer, start, tag, digits.substr(zeros));
+  }
+  if (auto refusal = CheckNotEmpty(digits, kEmptyBcd, tag, start)) {
     return refusal;
   }
   char16_t refused = 0;
   std::size_t position = 0;
-  if (FindRefused(
-          text, [](char16_t unit) { return unit >= '0' && unit <= '9'; }, refused, position)) {
-    return InvalidBcdCharacter("Ungültiges Zeichen in der BCD-Zeichenfolge", tag, start, Shown(refused),
-                               position);
-  }
-  if (!leadZeroOk) {
-    DropLeadingZeros(text, 1);
-  }
-  return WriteNibbles(buffer, start, tag, text);
+  FindRefused(
+      Upper(digits), [](char16_t unit) { return unit >= '0' && unit <= '9'; }, refused, position);
+  return InvalidBcdCharacter("Ungültiges Zeichen in der BCD-Zeichenfolge", tag, start, Shown(refused),
+                             position);
 }
 
 MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data) {
@@ -417,7 +472,7 @@ MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag,
                    Compose("Ungültiges BCD-Zeichenfolgenformat", kCrLf, "Die Konditionierung liefert eine",
                            kCrLf, "Zeichenfolge ohne signifikate Daten", kTextLine, "\"", text, "\"")};
   }
-  return WriteNibbles(buffer, start, tag, text);
+  return WriteDigits(buffer, start, tag, text);
 }
 
 }  // namespace VnZEL10cmn::internal

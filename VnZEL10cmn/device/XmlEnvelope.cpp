@@ -41,9 +41,21 @@ std::size_t Find(std::string_view text, std::string_view wanted) {
   if (wanted.empty()) {
     return kNowhere;
   }
-  const auto* const found =
-      std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), EqualInAnyCase);
-  return found == text.end() ? kNowhere : static_cast<std::size_t>(found - text.begin());
+  // Elements begin with a character that stands in few places.
+  const bool isLetter = LowerAscii(wanted[0]) >= 'a' && LowerAscii(wanted[0]) <= 'z';
+  for (std::size_t at = 0; at + wanted.size() <= text.size(); ++at) {
+    if (!isLetter) {
+      at = text.find(wanted[0], at);
+      if (at == kNowhere) {
+        return kNowhere;
+      }
+    }
+    const std::string_view here = text.substr(at, wanted.size());
+    if (std::ranges::equal(here, wanted, EqualInAnyCase)) {
+      return at;
+    }
+  }
+  return kNowhere;
 }
 
 const Element& ElementOf(ZelXmlTags tag) {

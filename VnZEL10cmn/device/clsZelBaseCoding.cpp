@@ -1,7 +1,10 @@
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <chrono>
+#include <stdexcept>
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
@@ -63,11 +66,19 @@ MaybeRefusal ReadText(const ByteArray& buffer, std::int32_t& start, std::string&
 /// A number of up to four bytes, big endian; of more the first four count.
 MaybeRefusal ReadInteger(const ByteArray& buffer, std::int32_t& start, std::int32_t& result, Limits limits,
                          ZelTags tag) {
-  ByteArray value;
-  if (auto refusal = ReadField(buffer, start, value, limits, tag, internal::ReadBinary)) {
+  if (auto refusal = CheckRead(buffer, start, limits, tag)) {
     return refusal;
   }
-  result = clsHelper01().BytesToLong(value, 0, static_cast<std::int32_t>(value.size()), true);
+  const auto value = internal::Value(buffer, start);
+  if (value.empty()) {
+    throw std::out_of_range("array index");
+  }
+  std::uint32_t number = 0;
+  for (const std::uint8_t byte : value.first(std::min<std::size_t>(value.size(), 4))) {
+    number = number << 8 | byte;
+  }
+  internal::Advance(start, value.size());
+  result = static_cast<std::int32_t>(number);
   return std::nullopt;
 }
 
@@ -141,11 +152,11 @@ MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Cu
                 "\r\n    Betrag ...........: ", shown, "\r\n    Min. Betrag ......: -9.223.372.036.854,77",
                 "\r\n    Max. Betrag ......:  9.223.372.036.854,77")};
   }
-  std::string text = internal::FormatHundredfold(amount);
-  if (text.front() == '-') {
-    text.erase(0, 1);
-  }
-  text.push_back(amount < Currency() ? 'D' : 'C');
+  const std::uint64_t cents = internal::Hundredfold(amount);
+  std::array<char, 21> buffered{};
+  char* end = std::to_chars(buffered.data(), buffered.data() + buffered.size(), cents).ptr;
+  *end++ = amount < Currency() ? 'D' : 'C';
+  const std::string_view text(buffered.data(), static_cast<std::size_t>(end - buffered.data()));
   const std::size_t most = longVal ? 21 : 11;
   if (text.size() > most + 1) {
     return TooManyDigits(ZELErrorCodes::Err_Zel_CnvInvalidLen, most, text);
@@ -153,16 +164,23 @@ MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Cu
   if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>((text.size() + 1) / 2))) {
     return refusal;
   }
-  return internal::WriteSignedBcd(buffer, start, tag, text);
+  // Less than half a cent leaves no digit, which has its own message.
+  return cents == 0 ? internal::WriteSignedBcd(buffer, start, tag, text)
+                    : internal::WriteDigits(buffer, start, tag, text);
 }
 
 MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result,
                         bool longVal) {
-  std::string digits;
-  if (auto refusal = ReadField(buffer, start, digits, AmountLimits(longVal), tag, internal::ReadSignedBcd)) {
+  if (auto refusal = CheckRead(buffer, start, AmountLimits(longVal), tag)) {
     return refusal;
   }
-  result = Currency::FromScaled(NumberOf(digits) * 100);
+  const auto cents = internal::SignedNumber(internal::Value(buffer, start));
+  if (!cents) {
+    std::string digits;
+    return internal::ReadSignedBcd(buffer, start, digits);
+  }
+  internal::Advance(start, buffer[start + 1]);
+  result = Currency::FromScaled(*cents * 100);
   return std::nullopt;
 }
 
@@ -178,11 +196,16 @@ MaybeRefusal WritePositive(ByteArray& buffer, std::int32_t& start, ZelTags tag, 
 }
 
 MaybeRefusal ReadPositive(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result) {
-  std::string digits;
-  if (auto refusal = ReadField(buffer, start, digits, kPositive, tag, internal::ReadBcd)) {
+  if (auto refusal = CheckRead(buffer, start, kPositive, tag)) {
     return refusal;
   }
-  result = NumberOf(digits);
+  const auto number = internal::BcdNumber(internal::Value(buffer, start));
+  if (!number) {
+    std::string digits;
+    return internal::ReadBcd(buffer, start, digits);
+  }
+  internal::Advance(start, buffer[start + 1]);
+  result = *number;
   return std::nullopt;
 }
 

@@ -1,4 +1,5 @@
 #include <array>
+#include <charconv>
 
 #include "VnZEL10cmn/types/internal/Format.h"
 
@@ -19,8 +20,21 @@ std::uint64_t DropDecimals(std::uint64_t value, int places) {
 }
 
 void AppendPadded(std::string& text, std::int32_t value, std::size_t digits) {
-  const std::string plain = std::to_string(value);
-  text.append(plain.size() < digits ? digits - plain.size() : 0, '0').append(plain);
+  std::array<char, 12> buffer{};
+  const auto* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+  const auto length = static_cast<std::size_t>(end - buffer.data());
+  text.append(length < digits ? digits - length : 0, '0').append(buffer.data(), length);
+}
+
+/// The decimals of a number below 10^`places`, but not the zeros behind the first `least` ones.
+std::string_view Decimals(std::uint64_t value, int places, int least, std::array<char, 4>& buffer) {
+  for (int place = places; place > 0; --place, value /= 10) {
+    buffer[static_cast<std::size_t>(place - 1)] = static_cast<char>('0' + value % 10);
+  }
+  while (places > least && buffer[static_cast<std::size_t>(places - 1)] == '0') {
+    --places;
+  }
+  return {buffer.data(), static_cast<std::size_t>(places)};
 }
 
 std::string DateAndTime(const Date::Civil& parts, const RegionalSettings& settings) {
@@ -43,18 +57,21 @@ std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view
                          std::string_view thousandsSeparator) {
   const std::uint64_t rounded = DropDecimals(Magnitude(value.Scaled()), 4 - pattern.maxDecimals);
   const std::uint64_t unit = kPowers[static_cast<std::size_t>(pattern.maxDecimals)];
-  const std::string whole = std::to_string(rounded / unit);
-  std::string decimals = std::to_string(rounded % unit + unit).substr(1);
-  while (decimals.size() > static_cast<std::size_t>(pattern.minDecimals) && decimals.back() == '0') {
-    decimals.pop_back();
+  std::array<char, 20> digits{};
+  const auto* const end = std::to_chars(digits.data(), digits.data() + digits.size(), rounded / unit).ptr;
+  const std::string_view whole(digits.data(), static_cast<std::size_t>(end - digits.data()));
+  std::string text;
+  if (value.Scaled() < 0 && rounded != 0) {
+    text.push_back('-');
   }
-  std::string text = value.Scaled() < 0 && rounded != 0 ? "-" : "";
-  for (std::size_t i = 0; i < whole.size(); ++i) {
-    if (pattern.grouped && i > 0 && (whole.size() - i) % 3 == 0) {
-      text.append(thousandsSeparator);
-    }
-    text.push_back(whole[i]);
+  std::size_t at = pattern.grouped ? (whole.size() - 1) % 3 + 1 : whole.size();
+  text.append(whole.substr(0, at));
+  for (; at < whole.size(); at += 3) {
+    text.append(thousandsSeparator).append(whole.substr(at, 3));
   }
+  std::array<char, 4> buffer{};
+  const std::string_view decimals =
+      Decimals(rounded % unit, pattern.maxDecimals, pattern.minDecimals, buffer);
   if (!decimals.empty()) {
     text.append(decimalSeparator).append(decimals);
   }
@@ -65,8 +82,10 @@ std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSe
   return FormatNumber(value, pattern, settings.decimal, settings.thousands);
 }
 
+std::uint64_t Hundredfold(Currency value) { return DropDecimals(Magnitude(value.Scaled()), 2); }
+
 std::string FormatHundredfold(Currency value) {
-  const std::uint64_t rounded = DropDecimals(Magnitude(value.Scaled()), 2);
+  const std::uint64_t rounded = Hundredfold(value);
   std::string text = value.Scaled() < 0 && rounded != 0 ? "-" : "";
   return text.append(std::to_string(rounded));
 }

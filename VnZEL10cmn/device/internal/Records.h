@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -68,12 +69,19 @@ MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& 
 MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result,
                            Limits limits = {});
 
+/// The numbers of at most nine bytes of BCD, without and with a sign; none of a value that the readers refuse.
+std::optional<std::int64_t> BcdNumber(std::span<const std::uint8_t> value);
+std::optional<std::int64_t> SignedNumber(std::span<const std::uint8_t> value);
+
 MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data);
 MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data);
 MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,
                       bool leadZeroOk);
 MaybeRefusal WriteSignedBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
+
+/// Writes digits of BCD, which are known to be 0 to 9 and A to F; an odd count is led by 0.
+MaybeRefusal WriteDigits(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view digits);
 
 /// A value shorter or longer than its field allows.
 Refusal TooShort(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t min);

@@ -36,6 +36,9 @@ std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view
 /// A number with the host's characters.
 std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSettings& settings);
 
+/// The hundredfold without its sign, rounded half away from zero to a whole number: an amount in cents.
+std::uint64_t Hundredfold(Currency value);
+
 /// The hundredfold, rounded half away from zero to a whole number, in decimal: the digits of an amount in
 /// cents.
 std::string FormatHundredfold(Currency value);
