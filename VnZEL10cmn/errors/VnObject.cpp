@@ -9,6 +9,12 @@
 
 namespace VnZEL10cmn {
 
+namespace {
+
+constexpr std::int32_t kOutOfMemory = 7;
+
+}  // namespace
+
 VnObject::VnObject(std::string_view className) noexcept : className_(className) {}
 
 VnObject::~VnObject() = default;
@@ -18,6 +24,10 @@ clsVnError& VnObject::ErrorObject() {
     std::string source = "VnZEL10cmn.";
     source.append(className_);
     error_ = std::make_unique<clsVnError>(std::move(source), IdentityForErrors());
+    if (unfiled_) {
+      unfiled_ = false;
+      FileOutOfMemory(*error_);
+    }
   }
   return *error_;
 }
@@ -26,7 +36,7 @@ std::shared_ptr<clsVnLogFile> VnObject::LogHandler() const { return logHandler_;
 
 void VnObject::LogHandler(std::shared_ptr<clsVnLogFile> Value) { logHandler_ = std::move(Value); }
 
-bool VnObject::HasError() const noexcept { return error_ && error_->HasError(); }
+bool VnObject::HasError() const noexcept { return error_ ? error_->HasError() : unfiled_; }
 
 std::string VnObject::IdentityForErrors() { return platform::CreateGuid(); }
 
@@ -44,7 +54,13 @@ bool VnObject::FailAs(clsVnError& inner, std::string_view message, std::string_v
   return false;
 }
 
+void VnObject::FileOutOfMemory(clsVnError& error) noexcept {
+  // Short enough to stand in the text itself.
+  error.SetError(kOutOfMemory, std::bad_alloc().what());
+}
+
 void VnObject::ClearErr() {
+  unfiled_ = false;
   if (error_) {
     error_->ClearErr();
   }
@@ -55,7 +71,7 @@ void VnObject::LogError() noexcept {
     return;
   }
   try {
-    logHandler_->FileWriteEntry(*error_);
+    logHandler_->FileWriteEntry(ErrorObject());
   } catch (...) {
     // A log that can't be written never disturbs the operation that wanted to log.
   }
@@ -71,7 +87,7 @@ void VnObject::FileFault(std::string_view operation, const std::exception_ptr& f
     } catch (const std::overflow_error& e) {
       file(6, e.what());
     } catch (const std::bad_alloc& e) {
-      file(7, e.what());
+      file(kOutOfMemory, e.what());
     } catch (const std::out_of_range& e) {
       file(9, e.what());
     } catch (const std::invalid_argument& e) {
@@ -82,7 +98,12 @@ void VnObject::FileFault(std::string_view operation, const std::exception_ptr& f
       file(5, "unknown fault");
     }
   } catch (...) {
-    // No memory even for the error: the operation's False is all that can be said.
+    // No memory even for the error object: the error shows in it when there is some again.
+    if (error_) {
+      FileOutOfMemory(*error_);
+    } else {
+      unfiled_ = true;
+    }
   }
 }
 

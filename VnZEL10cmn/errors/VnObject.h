@@ -20,6 +20,9 @@ struct Refusal;
 /// What every class of the library has in common: the error object, the log handler, and the course of a
 /// public operation. Operations never throw what went wrong inside them: they return False (or an empty
 /// text) and leave number, message and function in `ErrorObject`, and in the log file when one is attached.
+/// Memory that runs out shows as number 7, or in what the operation says of a part that failed. Constructors,
+/// properties and functions that just return a value have no failure to report: they throw std::bad_alloc, and
+/// what they would have changed stays as it was.
 ///
 /// Objects have identity: they are neither copied nor moved. One thread at a time uses an object; different
 /// objects may be used by different threads at once.
@@ -28,7 +31,7 @@ class VnObject {
   VnObject(const VnObject&) = delete;
   VnObject& operator=(const VnObject&) = delete;
 
-  /// The object's own error object; it lives as long as the object.
+  /// The object's own error object; it lives as long as the object. Made when it is first asked for.
   clsVnError& ErrorObject();
 
   /// The log file to which failures are written; may be none.
@@ -87,6 +90,9 @@ class VnObject {
   /// False.
   bool FailAs(clsVnError& inner, std::string_view message, std::string_view function);
 
+  /// Says that there was no memory to file what happened; takes none itself.
+  static void FileOutOfMemory(clsVnError& error) noexcept;
+
   /// Resets the failure part of the error object.
   void ClearErr();
 
@@ -99,6 +105,7 @@ class VnObject {
 
   std::string_view className_;
   unsigned depth_ = 0;
+  bool unfiled_ = false;  ///< there was no memory for the error object in which a fault would have shown
   // Most objects never fail and are never asked for their error object: it is made when first needed.
   std::unique_ptr<clsVnError> error_;
   std::shared_ptr<clsVnLogFile> logHandler_;
