@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "VnZEL10cmn/errors/clsVnLogItem.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -50,8 +51,8 @@ bool clsVnLogFile::FileOpen(std::string_view xFileName, bool xOverRide) {
           Compose("Es ist bereits eine Datei geöffnet", kCrLf, kCrLf, "Dateiname: \"", fileName_, "\""),
           operation);
     }
-    const std::string name(internal::Trim(xFileName).empty() ? std::string_view(fileName_)
-                                                             : internal::Trim(xFileName));
+    std::string name(internal::Trim(xFileName).empty() ? std::string_view(fileName_)
+                                                       : internal::Trim(xFileName));
     if (name.empty()) {
       return Fail(
           ZELErrorCodes::Err_Log_NoFileName,
@@ -66,15 +67,25 @@ bool clsVnLogFile::FileOpen(std::string_view xFileName, bool xOverRide) {
     if (std::error_code unknown; !refused && xOverRide && std::filesystem::is_regular_file(path, unknown)) {
       std::filesystem::remove(path, refused);
     }
-    if (refused || file_.open(path, std::ios::out | std::ios::app | std::ios::binary) == nullptr) {
+    if (refused || !Open(path)) {
       return Fail(
           ZELErrorCodes::Err_Log_FileOpen,
           Compose("Die Protokolldatei kann nicht geöffnet werden", kCrLf, "Dateiname: \"", name, "\""),
           operation);
     }
-    fileName_ = name;
+    fileName_ = std::move(name);
     return true;
   });
+}
+
+bool clsVnLogFile::Open(const std::filesystem::path& path) {
+  try {
+    return file_.open(path, std::ios::out | std::ios::app | std::ios::binary) != nullptr;
+  } catch (...) {
+    // It may be open by now, without the memory that it takes to write.
+    file_.close();
+    throw;
+  }
 }
 
 bool clsVnLogFile::FileClose() {

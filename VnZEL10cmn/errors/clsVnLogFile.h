@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
@@ -52,6 +53,7 @@ class clsVnLogFile : private VnObject {
  private:
   friend struct LogFileAccess;
 
+  bool Open(const std::filesystem::path& path);
   bool Write(IVnLogItem* item);
 
   bool writeErrors_ = true;
