@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <chrono>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -271,15 +272,6 @@ MaybeRefusal ReadTime(const ByteArray& buffer, std::int32_t& start, ZelTags tag,
   return std::nullopt;
 }
 
-/// The outcome of a check that only tests: message and number, not the error object, receive it.
-bool Report(const MaybeRefusal& refusal, std::string& message, ZELErrorCodes& number) {
-  message = refusal ? refusal->message : std::string();
-  if (refusal) {
-    number = refusal->number;
-  }
-  return !refusal;
-}
-
 /// ASCII text in groups.
 std::string Grouped(std::string text, std::int32_t groupLen, std::string_view separator) {
   if (groupLen < 1) {
@@ -313,6 +305,25 @@ bool clsZelBaseCoding::Code(std::string_view operation, std::int32_t& start, Bod
   return done;
 }
 
+template <class Check>
+bool clsZelBaseCoding::Test(Check&& check, std::string& message, ZELErrorCodes& number) {
+  try {
+    MaybeRefusal refusal = check();
+    if (!refusal) {
+      message.clear();
+      return true;
+    }
+    message = std::move(refusal->message);
+    number = refusal->number;
+  } catch (const std::bad_alloc&) {
+    clsVnError error;
+    FileOutOfMemory(error);
+    message = error.ErrorMsg();
+    number = static_cast<ZELErrorCodes>(error.ErrorNr());
+  }
+  return false;
+}
+
 clsZelBaseCoding::clsZelBaseCoding() : VnObject("clsZelBaseCoding") {}
 
 clsZelBaseCoding::~clsZelBaseCoding() = default;
@@ -325,12 +336,12 @@ void clsZelBaseCoding::LogHandler(std::shared_ptr<clsVnLogFile> Value) {
 bool clsZelBaseCoding::DataReadBaseCheck(const ByteArray& Buffer, std::int32_t Start, std::string& Message,
                                          ZELErrorCodes& VnErrNr, std::int32_t MinLen, std::int32_t MaxLen,
                                          ZelTags Tag) {
-  return Report(CheckRead(Buffer, Start, {MinLen, MaxLen}, Tag), Message, VnErrNr);
+  return Test([&] { return CheckRead(Buffer, Start, {MinLen, MaxLen}, Tag); }, Message, VnErrNr);
 }
 
 bool clsZelBaseCoding::DataWriteBaseCheck(const ByteArray& Buffer, std::int32_t Start, std::int32_t Length,
                                           std::string& Message, ZELErrorCodes& VnErrNr) {
-  return Report(CheckWrite(Buffer, Start, Length), Message, VnErrNr);
+  return Test([&] { return CheckWrite(Buffer, Start, Length); }, Message, VnErrNr);
 }
 
 bool clsZelBaseCoding::GetDataBinary(const ByteArray& Buffer, std::int32_t& Start, ByteArray& Result,

@@ -36,7 +36,7 @@ class clsZelBaseCoding : public VnObject {
 
   /// Whether a complete record can be read at `Start`: its value between `MinLen` and `MaxLen` bytes (-1: no
   /// limit), its tag `Tag` (none: any). A failure shows in `Message` and `VnErrNr` only, not in the error
-  /// object; `VnErrNr` keeps its value on success, `Message` is then empty.
+  /// object; `VnErrNr` keeps its value on success, `Message` is then empty. Memory that runs out is 7.
   bool DataReadBaseCheck(const ByteArray& Buffer, std::int32_t Start, std::string& Message,
                          ZELErrorCodes& VnErrNr, std::int32_t MinLen = -1, std::int32_t MaxLen = -1,
                          ZelTags Tag = ZelTags{});
@@ -221,6 +221,9 @@ class clsZelBaseCoding : public VnObject {
   /// The same for an operation without a record.
   template <class Body>
   bool Code(std::string_view operation, Body&& body);
+  /// Runs a check that only tests, whose outcome `message` and `number` receive.
+  template <class Check>
+  bool Test(Check&& check, std::string& message, ZELErrorCodes& number);
 
   clsHelper01 helper_;
 };
