@@ -44,8 +44,8 @@ clsZelVatList::clsZelVatList() : VnObject("clsZelVatList") {
   auto before2007 = std::make_shared<clsZelVatItem>();
   before2007->SetDates(Date::FromCivil(2000, 1, 1), Date::FromCivil(2006, 12, 31));
   before2007->VatRate2(ZELVatClasses::Standard, 16);
-  AddItem(std::move(before2007));
-  AddItem(std::make_shared<clsZelVatItem>());
+  // Not by AddItem, which keeps to itself what it meets: a list without one of them is none.
+  items_ = {std::move(before2007), std::make_shared<clsZelVatItem>()};
 }
 
 clsZelVatList::~clsZelVatList() = default;

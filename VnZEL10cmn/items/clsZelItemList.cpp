@@ -169,13 +169,18 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
   return true;
 }
 
-void clsZelItemList::LogEmptyNotice() {
+void clsZelItemList::LogEmptyNotice() noexcept {
   const std::shared_ptr<clsVnLogFile> log = LogHandler();
-  if (log) {
+  if (!log) {
+    return;
+  }
+  try {
     clsVnLogItem notice;
     notice.SetMessage("Keine Daten zur Ausgabe vorhanden", "BinaryDataGet", ErrorObject().ErrorSource(),
                       ErrorObject().ErrorInstanceID());
     log->FileWriteEntry(notice);
+  } catch (...) {
+    // A log that can't be written never disturbs the operation that wanted to log.
   }
 }
 
@@ -209,6 +214,10 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
                   operation);
     };
     std::shared_ptr<IVnZelItem> item = itemFactory_->CreateNewItem();
+    if (!item && itemFactory_->HasError()) {
+      clsVnError& inner = itemFactory_->ErrorObject();
+      return FailAs(inner, inner.ErrorMsg(), "BinaryDataSet.[CreateNewItem]");
+    }
     if (!item) {
       throw std::logic_error("no item");
     }
@@ -240,9 +249,13 @@ std::string clsZelItemList::ToString() {
     std::string text;
     for (std::int32_t number = 1; number <= ItemCount(); ++number) {
       const std::shared_ptr<IVnZelItem> item = ItemI(number);
-      text.append(printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject())
-                               : item->ToString());
-      text.append(kCrLf);
+      const std::string line =
+          printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject()) : item->ToString();
+      if (!printEngine_ && line.empty() && item->HasError()) {
+        clsVnError& inner = item->ErrorObject();
+        FailAs(inner, inner.ErrorMsg(), "ToString.[ToString]");
+      }
+      text.append(line).append(kCrLf);
     }
     if (text.ends_with(kCrLf)) {
       text.resize(text.size() - kCrLf.size());

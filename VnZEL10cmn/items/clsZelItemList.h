@@ -76,7 +76,7 @@ class clsZelItemList : public VnObject {
   /// Removes all items. Always True.
   bool Clear();
 
-  /// The items' texts, one under the other.
+  /// The items' texts, one under the other; empty for an item that fails, which shows in the error object.
   std::string ToString();
 
  private:
@@ -90,7 +90,7 @@ class clsZelItemList : public VnObject {
   bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
   bool Append(std::shared_ptr<IVnZelItem> item);
   void Remove(std::size_t position);
-  void LogEmptyNotice();
+  void LogEmptyNotice() noexcept;
 
   std::vector<std::shared_ptr<IVnZelItem>> items_;
   std::unordered_map<std::string, std::shared_ptr<IVnZelItem>, IdHash, std::equal_to<>> itemsById_;
