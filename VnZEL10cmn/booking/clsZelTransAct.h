@@ -96,8 +96,8 @@ class clsZelTransAct : public ItemHolder {
 
   /// Hands out the booking's bytes: `ItemList`, `Request`, `Response` or `ItemHash`; others fail with 9303.
   /// A request is built anew and replaces `Data` by an array of exactly its length; the others are copied to
-  /// `Start` on and must fit (9204). `DataLen` receives the number of bytes. Other failures: 9301, 9302.
-  /// After a failure `Data` is as it was.
+  /// `Start` on and must fit (9204). `DataLen` receives the number of bytes. Other failures: 9301, 9302,
+  /// 9000 for the item hash, 9307 for items that can't be encoded. After a failure `Data` is as it was.
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      std::int32_t* DataLen = nullptr);
 

@@ -20,11 +20,17 @@ class Renderer : public VnObject {
   std::string Render(std::string_view operation, clsVnError* errObj, Body&& body) {
     std::string text = RunFor<std::string>(operation, std::forward<Body>(body));
     if (errObj != nullptr && HasError()) {
-      const clsVnError& own = ErrorObject();
-      errObj->SetError(own.ErrorNr(), own.ErrorMsg(), own.IsUserDef(), own.ErrorFunction());
+      HandOver(*errObj);
     }
     return text;
   }
+
+  /// Whether an object that was asked for a text gave one. Nothing at all, and an error, is its failure,
+  /// which is filed as a failure of this function.
+  bool HasGiven(std::string_view text, VnObject& asked, std::string_view function);
+
+ private:
+  void HandOver(clsVnError& errors) noexcept;
 };
 
 }  // namespace VnZEL10cmn

@@ -91,11 +91,11 @@ std::string VatTable(clsZelTransAct& booking, const RegionalSettings& settings) 
   return text;
 }
 
-std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& settings) {
+std::string DataReceipt(const clsZelTransActData& record, std::string_view hash,
+                        const RegionalSettings& settings) {
   const auto whole = [&settings](Currency value) {
     return internal::FormatNumber(value, internal::kWhole, settings);
   };
-  const bool isAnswered = !record.ZelRespData().empty();
   const ZELDataSignTypes type = record.DataSignType();
   const std::string date = internal::FormatDateMinutes(record.TransactionDate(), settings);
   std::string text = Compose("      Kassen-Signaturbeleg (Basisversion)", kCrLf,
@@ -103,7 +103,7 @@ std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& sett
   text.append(type == ZELDataSignTypes::DataAndTime ? Compose("    Beleg- / Signaturdatum .: ", date)
                                                     : "    Beleg / Signatur ohne Datum ");
   text.append(kCrLf).append(kCrLf);
-  if (!isAnswered) {
+  if (record.ZelRespData().empty()) {
     text.append(
         WarningBox("        |    DIESE DATEN SIND NOCH NICHT SIGNIERT! BITTE       |\r\n"
                    "        |    ÜBERPRÜFEN SIE DIE DATEN UND DEN ABLAUF           |\r\n"));
@@ -121,8 +121,7 @@ std::string DataReceipt(clsZelTransActData& record, const RegionalSettings& sett
     text.append(Compose("        Zeitstempel ........: ", date, kCrLf));
   }
   return text.append(Compose("        Sequenznummer ......: ", whole(record.ZelRespSeqNr()), kCrLf,
-                             "        Hashkode Daten .....: ",
-                             record.GetDataHash(ZELHashFmt::Base32, isAnswered, kHashGroup), kCrLf));
+                             "        Hashkode Daten .....: ", hash, kCrLf));
 }
 
 }  // namespace
@@ -194,8 +193,11 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
                         Amount(total, settings), " EUR", kCrLf, kCrLf));
     text.append(isSigned ? VatTable(booking, settings)
                          : Compose("    USt-Auswertungen erst nach Signierung!", kCrLf));
-    text.append(Compose(kCrLf, "    Hashwert Posten ........: ",
-                        booking.GetItemHash(ZELHashFmt::Base32, isSigned, kHashGroup), kCrLf));
+    const std::string hash = booking.GetItemHash(ZELHashFmt::Base32, isSigned, kHashGroup);
+    if (!HasGiven(hash, booking, "ToStringBI.[GetItemHash]")) {
+      return {};
+    }
+    text.append(Compose(kCrLf, "    Hashwert Posten ........: ", hash, kCrLf));
     return text;
   });
 }
@@ -206,11 +208,16 @@ std::string clsZelItemPrint::ToStringBI(clsZelTransAct& BookItem, clsVnError* Er
 
 std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem,
                                             clsVnError* ErrObj) {
-  return Render("ToStringTRdata", ErrObj, [&] {
+  return Render("ToStringTRdata", ErrObj, [&]() -> std::string {
     if (!BookItem) {
       throw std::logic_error("no data record");
     }
-    return DataReceipt(*BookItem, internal::CurrentRegionalSettings());
+    const bool isAnswered = !BookItem->ZelRespData().empty();
+    const std::string hash = BookItem->GetDataHash(ZELHashFmt::Base32, isAnswered, kHashGroup);
+    if (!HasGiven(hash, *BookItem, "ToStringTRdata.[GetDataHash]")) {
+      return {};
+    }
+    return DataReceipt(*BookItem, hash, internal::CurrentRegionalSettings());
   });
 }
 
