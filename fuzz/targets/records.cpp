@@ -366,6 +366,12 @@ void Amounts(Call& c, bool isSelected) {
   }
 }
 
+bool IsLastSecondOfMonth(const Date::Civil& parts) {
+  Date::Civil nextDay = parts;
+  ++nextDay.day;
+  return !Date::Exists(nextDay) && parts.hour == 23 && parts.minute == 59 && parts.second == 59;
+}
+
 void Dates(Call& c, bool isSelected) {
   const auto tag = static_cast<ZelTags>(c.tag);
   const auto date = static_cast<VnZEL10cmn::ZelRqstDates>(c.tag);
@@ -381,10 +387,9 @@ void Dates(Call& c, bool isSelected) {
                      return c.coder.GetZelDates(buffer, start, tag, value, c.min);
                    });
   if (done) {
-    constexpr double kSecond = 1.0 / 86'400.0;
     const bool isEnd = tag == ZelTags::Month_End;
-    FUZZ_CHECK(!isMonth || Date(value.Value() + (isEnd ? kSecond : 0.0)).ToCivil().day == 1);
-    FUZZ_CHECK(isEnd || value.Value() == std::floor(value.Value()));
+    FUZZ_CHECK(tag != ZelTags::Month_Start || value.ToCivil().day == 1);
+    FUZZ_CHECK(isEnd ? IsLastSecondOfMonth(value.ToCivil()) : value.Value() == std::floor(value.Value()));
     CheckRewritten(
         [&](ByteArray& buffer, std::int32_t& start) {
           return isSelected ? c.coder.SetZelDatesSpc01(buffer, start, date, value)
