@@ -190,12 +190,13 @@ void CurrencyCode(Call& c, std::int32_t code) {
 }
 
 void Counter(Call& c, Currency value) {
+  constexpr std::int64_t kMost = 4'294'967'295;  // what lies above is written without its 33rd bit
   if (c.Write("SetZelCounter", c.tag,
               [&](std::int32_t& end) { return c.coder.SetZelCounter(c.buffer, end, c.tag, value); })) {
     c.Reread([&](std::int32_t& at) {
       Currency again;
-      return c.coder.GetZelCounter(c.buffer, at, c.tag, again) &&
-             (value < Currency() || value.Scaled() % 10'000 != 0 || again == value);
+      const bool isCounter = value >= Currency() && value <= Currency(kMost) && value.Scaled() % 10'000 == 0;
+      return c.coder.GetZelCounter(c.buffer, at, c.tag, again) && (!isCounter || again == value);
     });
   }
 }
