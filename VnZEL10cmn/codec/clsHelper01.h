@@ -57,7 +57,8 @@ class clsHelper01 : public VnObject {
   /// The integer taken as unsigned: 0 to 4294967295.
   Currency LongToCurrency(std::int32_t Value);
 
-  /// The inverse, half to even. Throws std::overflow_error outside the 32-bit range.
+  /// The inverse, half to even. What lies above 2147483647 has 4294967296 subtracted before it is rounded.
+  /// Throws std::overflow_error when the result lies outside the 32-bit range, as that of 2147483647.4 does.
   std::int32_t CurrencyToLong(Currency Value);
 
   /// Rounds half away from zero to `Digits` decimals (0 to 3; others count as 2), in currency arithmetic. An

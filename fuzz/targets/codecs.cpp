@@ -277,8 +277,10 @@ void Numbers(Input& input) {
         currency >= VnZEL10cmn::Currency() && currency <= VnZEL10cmn::Currency(4'294'967'295);
     FUZZ_CHECK(!isUnsigned || (off.Scaled() >= -5'000 && off.Scaled() <= 5'000));
   } catch (const std::overflow_error&) {
-    // Twice the range of 32 bits is taken: what lies above the signed half has 4294967296 subtracted.
-    FUZZ_CHECK(currency.Scaled() >= 64'424'509'435'000 || currency.Scaled() < -21'474'836'485'000);
+    // What lies above 2147483647 has 4294967296 subtracted before it is rounded.
+    const std::int64_t scaled = currency.Scaled();
+    const std::int64_t subtracted = scaled > 21'474'836'470'000 ? scaled - 42'949'672'960'000 : scaled;
+    FUZZ_CHECK(subtracted < -21'474'836'485'000 || subtracted >= 21'474'836'475'000);
   }
   const auto count = input.Number<std::int8_t>();
   const bool withLatin = input.Flag();
