@@ -54,10 +54,17 @@ clsZelItemCash::clsZelItemCash() : VnObject("clsZelItemCash") {}
 clsZelItemCash::~clsZelItemCash() = default;
 
 std::string clsZelItemCash::InstanceID() {
-  if (instanceId_.empty()) {
-    instanceId_ = platform::CreateGuid();
+  return MakeIdentity() ? platform::GuidText({0, id_}) : std::string();
+}
+
+/// False where the system has no identity to give.
+bool clsZelItemCash::MakeIdentity() {
+  if (!hasId_) {
+    const platform::NewUuid uuid = platform::CreateUuid();
+    hasId_ = uuid.status != platform::kNoNetworkAddress;
+    id_ = uuid.bytes;
   }
-  return instanceId_;
+  return hasId_;
 }
 
 std::string clsZelItemCash::IdentityForErrors() { return InstanceID(); }

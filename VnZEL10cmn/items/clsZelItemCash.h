@@ -113,6 +113,7 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   friend struct CashItemAccess;
 
   std::string IdentityForErrors() override;
+  bool MakeIdentity();
   bool WriteRecords(ByteArray& data, std::int32_t& start);
   bool ReadRecords(const ByteArray& data, std::int32_t& start);
 
@@ -120,8 +121,10 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   bool discSurc_ = false;
   bool voucher_ = false;
   bool thirdParty_ = false;
+  bool hasId_ = false;
+  std::uint32_t lists_ = 0;
   Currency quantity_ = 1;
-  std::string instanceId_;
+  std::array<std::uint8_t, 16> id_{};
   std::string unit_;
   std::string name_;
   std::array<Currency, 6> prices_{};

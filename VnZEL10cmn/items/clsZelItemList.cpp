@@ -36,15 +36,14 @@ const std::string& clsZelItemList::ZelProfile() const noexcept { return profile_
 
 void clsZelItemList::ZelProfile(std::string_view Value) { profile_ = internal::Trim(Value); }
 
-std::int32_t clsZelItemList::ItemCount() const noexcept { return static_cast<std::int32_t>(items_.size()); }
+std::int32_t clsZelItemList::ItemCount() const noexcept { return static_cast<std::int32_t>(items_.Count()); }
 
 std::shared_ptr<IVnZelItem> clsZelItemList::ItemI(std::int32_t Index) const {
-  return Index >= 1 && Index <= ItemCount() ? items_[static_cast<std::size_t>(Index - 1)] : nullptr;
+  return Index >= 1 && Index <= ItemCount() ? items_.At(static_cast<std::size_t>(Index - 1)) : nullptr;
 }
 
 std::shared_ptr<IVnZelItem> clsZelItemList::ItemK(std::string_view InstanceID) const {
-  const auto found = itemsById_.find(InstanceID);
-  return found == itemsById_.end() ? nullptr : found->second;
+  return items_.Find(InstanceID);
 }
 
 void clsZelItemList::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) {
@@ -84,55 +83,34 @@ bool clsZelItemList::AddItem(std::shared_ptr<IVnZelItem> Item) {
     if (!Item) {
       throw std::logic_error("no item");
     }
-    const std::string id = Item->InstanceID();
-    return Append(std::move(Item)) ||
-           Fail(ZELErrorCodes::Err_Ser_ItemNotAdded, Compose(kItemNotAdded, kInstanceLine, id), operation);
+    return Append(Item) || Fail(ZELErrorCodes::Err_Ser_ItemNotAdded,
+                                Compose(kItemNotAdded, kInstanceLine, Item->InstanceID()), operation);
   });
 }
 
-bool clsZelItemList::Append(std::shared_ptr<IVnZelItem> item) {
+bool clsZelItemList::Append(const std::shared_ptr<IVnZelItem>& item) {
   item->LogHandler(LogHandler());
-  items_.reserve(items_.size() + 1 > items_.capacity() ? items_.capacity() * 2 + 1 : items_.capacity());
-  if (!itemsById_.try_emplace(item->InstanceID(), item).second) {
-    return false;
-  }
-  items_.push_back(std::move(item));
-  return true;
+  return items_.Append(item);
 }
 
 bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID,
                                 std::int32_t Index) {
   return Run("RemoveItem", [&] {
     const bool isSelected = Item || !ID.empty() || Index >= 1;
-    if (items_.empty() || !isSelected) {
+    if (ItemCount() == 0 || !isSelected) {
       return true;
     }
     const std::shared_ptr<IVnZelItem> wanted = Item ? Item : ID.empty() ? nullptr : ItemK(ID);
     if (wanted) {
-      const auto found = std::find(items_.begin(), items_.end(), wanted);
-      if (found != items_.end()) {
-        Remove(static_cast<std::size_t>(found - items_.begin()));
-      }
+      items_.Remove(wanted);
     } else if (ID.empty()) {
       if (Index > ItemCount()) {
         throw std::out_of_range("item index");
       }
-      Remove(static_cast<std::size_t>(Index - 1));
+      items_.RemoveAt(static_cast<std::size_t>(Index - 1));
     }
     return true;
   });
-}
-
-void clsZelItemList::Remove(std::size_t position) {
-  const auto item = items_.begin() + static_cast<std::ptrdiff_t>(position);
-  // An item whose class changes its ID stands under the one that it had when it was added.
-  const auto entry = itemsById_.find((*item)->InstanceID());
-  if (entry != itemsById_.end() && entry->second == *item) {
-    itemsById_.erase(entry);
-  } else {
-    std::erase_if(itemsById_, [&item](const auto& other) { return other.second == *item; });
-  }
-  items_.erase(item);
 }
 
 bool clsZelItemList::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
@@ -142,7 +120,7 @@ bool clsZelItemList::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
 }
 
 bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string_view operation) {
-  if (items_.empty()) {
+  if (ItemCount() == 0) {
     LogEmptyNotice();
     return true;
   }
@@ -154,8 +132,8 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
     data.RedimPreserve(static_cast<std::int32_t>(reserved));
   }
   // By position, holding the item: a host's item may change the list while it is asked.
-  for (std::size_t i = 0; i < items_.size(); ++i) {
-    const std::shared_ptr<IVnZelItem> item = items_[i];
+  for (std::size_t i = 0; i < items_.Count(); ++i) {
+    const std::shared_ptr<IVnZelItem> item = items_.At(i);
     const std::int32_t itemStart = start;
     // A host's item that leaves the array, or takes back what others wrote, has failed whatever it says.
     if (!item->BinaryDataGet(data, start) || start < itemStart || start > std::int64_t{data.UBound()} + 1) {
@@ -226,7 +204,7 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
     if (!item->BinaryDataSet(data, start) || start <= itemStart) {
       return fail(ZELErrorCodes::Err_Ser_CodingError, "Ein Buchungsposten konnte nicht dekodiert werden");
     }
-    if (!Append(std::move(item))) {
+    if (!Append(item)) {
       return fail(ZELErrorCodes::Err_Ser_ItemNotAdded, kItemNotAdded);
     }
   }
@@ -235,8 +213,7 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
 
 bool clsZelItemList::Clear() {
   return Run("Clear", [&] {
-    items_.clear();
-    itemsById_.clear();
+    items_.Clear();
     return true;
   });
 }

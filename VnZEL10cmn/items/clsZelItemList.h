@@ -1,14 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <vector>
 
 #include "VnZEL10cmn/items/IVnZelItem.h"
+#include "VnZEL10cmn/items/ItemStore.h"
 #include "VnZEL10cmn/items/clsZelListItemFact.h"
 
 namespace VnZEL10cmn {
@@ -80,20 +78,12 @@ class clsZelItemList : public VnObject {
   std::string ToString();
 
  private:
-  /// Hashes and compares IDs without making strings of them.
-  struct IdHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view id) const noexcept { return std::hash<std::string_view>()(id); }
-  };
-
   bool Serialise(ByteArray& data, std::int32_t& start, std::string_view operation);
   bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
-  bool Append(std::shared_ptr<IVnZelItem> item);
-  void Remove(std::size_t position);
+  bool Append(const std::shared_ptr<IVnZelItem>& item);
   void LogEmptyNotice() noexcept;
 
-  std::vector<std::shared_ptr<IVnZelItem>> items_;
-  std::unordered_map<std::string, std::shared_ptr<IVnZelItem>, IdHash, std::equal_to<>> itemsById_;
+  ItemStore items_;
   std::string profile_ = "kasse";
   bool usesDefaultEngine_ = true;
   std::shared_ptr<clsZelItemPrint> printEngine_;

@@ -1,13 +1,30 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
+#include <typeinfo>
+
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 
 namespace VnZEL10cmn {
 
-/// Items can be locked, though nothing in the library does it yet: the tests of the lock reach it through
-/// here.
+/// What the library sees of its own items beyond what hosts do.
 struct CashItemAccess {
+  /// Items can be locked, though nothing in the library does it yet: the tests of the lock reach it through here.
   static void Lock(clsZelItemCash& item) { item.canEdit_ = false; }
+
+  /// The item if it is a cash item and not of a class that a host made of it.
+  static clsZelItemCash* Get(IVnZelItem& item) noexcept {
+    return typeid(item) == typeid(clsZelItemCash) ? static_cast<clsZelItemCash*>(&item) : nullptr;
+  }
+
+  /// The bytes of the instance ID, which is made if there is none yet; none where the system has none to give.
+  static const std::uint8_t* Id(clsZelItemCash& item) {
+    return item.MakeIdentity() ? item.id_.data() : nullptr;
+  }
+
+  /// In how many lists it is.
+  static std::uint32_t& Lists(clsZelItemCash& item) noexcept { return item.lists_; }
 };
 
 }  // namespace VnZEL10cmn

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace VnZEL10cmn::platform {
 
@@ -11,6 +14,9 @@ struct NewUuid {
   std::int32_t status = 0;               ///< 0 success; 1739 no network address to make one from
   std::array<std::uint8_t, 16> bytes{};  ///< the UUID, its text in byte order
 };
+
+/// Bytes of a UUID.
+inline constexpr std::size_t kGuidSize = 16;
 
 /// Status of a system without a network address to make a UUID from.
 inline constexpr std::int32_t kNoNetworkAddress = 1739;
@@ -21,6 +27,9 @@ NewUuid CreateUuid();
 /// The 36-character upper-case text of a new UUID; empty when the system had no address. Other states are
 /// accepted.
 std::string GuidText(const NewUuid& uuid);
+
+/// The bytes of a text that `GuidText` made; none of any other text.
+std::optional<std::array<std::uint8_t, kGuidSize>> GuidBytes(std::string_view text);
 
 /// A new GUID as text.
 inline std::string CreateGuid() { return GuidText(CreateUuid()); }
