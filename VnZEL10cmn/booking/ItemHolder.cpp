@@ -4,6 +4,9 @@
 #include <utility>
 
 #include "VnZEL10cmn/booking/internal/Exchange.h"
+#include "VnZEL10cmn/codec/internal/Sha.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/items/internal/ItemListAccess.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn {
@@ -128,7 +131,17 @@ bool ItemHolder::EncodeItems(ByteArray& data) {
     return fail("Die Daten konnten nicht in das Base64-Format\r\nüberführt werden.",
                 Via(function, "ToBase64String"));
   }
-  return RefreshItemHash(function, kEncodeItemsHeader);
+  ByteArray hash;
+  return HashBytes({data.data(), data.size()}, hash) || RefreshItemHash(function, kEncodeItemsHeader);
+}
+
+bool ItemHolder::HashBytes(std::span<const std::uint8_t> bytes, ByteArray& hash) {
+  if (!ItemListAccess::IsConstant(itemList_)) {
+    return false;
+  }
+  hash = useSha256_ ? ByteArray(internal::Sha256OfCodePageBytes(bytes)) : ByteArray(internal::Sha1(bytes));
+  internal::EncodeBase64({hash.data(), hash.size()}, itemHash_);
+  return true;
 }
 
 bool ItemHolder::RefreshItemHash(std::string_view function, std::string_view header) {

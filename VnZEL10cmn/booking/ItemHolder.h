@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -68,6 +69,8 @@ class ItemHolder : public DeviceDocument {
 
   /// The items' bytes; failures are filed.
   bool EncodeItems(ByteArray& data);
+  /// Keeps the hash of the items' bytes, if all there is to hash are these: a host's own items are asked anew.
+  bool HashBytes(std::span<const std::uint8_t> bytes, ByteArray& hash);
   /// The stored response's bytes; failures are filed.
   bool EncodeResp(ByteArray& data);
   /// The item hash, stored or made anew; none when there is nothing to hash.

@@ -177,6 +177,9 @@ bool clsZelTransAct::SerialiseItems(ByteArray& hash) {
   if (HasError()) {
     return false;
   }
+  if (HashBytes({items.data(), static_cast<std::size_t>(length)}, hash)) {
+    return true;
+  }
   const std::string_view hashType = internal::HashType(UseSHA256());
   if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_)) {
     return FailRqst(failed,

@@ -22,6 +22,12 @@ Currency VatOfGross(Currency price, Currency rate) {
   const auto whole = static_cast<std::uint64_t>(divisor.Scaled());
   const auto fraction = whole - 10000;
   // In units of a cent: magnitude * fraction / (100 * whole), half up.
+  constexpr std::uint64_t small = std::uint64_t{1} << 31;
+  if (magnitude < small && whole < small) {
+    const auto part = static_cast<std::uint64_t>(magnitude) * fraction;
+    const std::uint64_t cents = (2 * part + 100 * whole) / (200 * whole);
+    return internal::CurrencyFromMagnitude(negative, internal::Uint128{cents} * 100);
+  }
   const internal::Uint128 cents =
       (2 * magnitude * fraction + internal::Uint128{100} * whole) / (internal::Uint128{200} * whole);
   return internal::CurrencyFromMagnitude(negative, cents * 100);
@@ -41,9 +47,15 @@ Currency VatOfNet(Currency price, Currency rate) {
 
 }  // namespace
 
-Date clsZelVatItem::EarliestDate() { return Date::FromCivil(2000, 1, 1); }
+Date clsZelVatItem::EarliestDate() {
+  static const Date earliest = Date::FromCivil(2000, 1, 1);
+  return earliest;
+}
 
-Date clsZelVatItem::LatestDate() { return Date::FromCivil(2099, 12, 31, 23, 59, 59); }
+Date clsZelVatItem::LatestDate() {
+  static const Date latest = Date::FromCivil(2099, 12, 31, 23, 59, 59);
+  return latest;
+}
 
 clsZelVatItem::clsZelVatItem()
     : VnObject("clsZelVatItem"),
@@ -106,7 +118,9 @@ bool clsZelVatItem::CalcVat(Currency Price, std::int32_t VatIdx, Currency& VatVa
                             Currency* PriceGross, bool IsNetto) {
   return Run("CalcVat", [&] {
     const Currency rate = VATrate(VatIdx);
-    const Currency vat = IsNetto ? VatOfNet(Price, rate) : VatOfGross(Price, rate);
+    const Currency vat = Price == Currency() ? Price
+                         : IsNetto           ? VatOfNet(Price, rate)
+                                             : VatOfGross(Price, rate);
     const Currency net = IsNetto ? Price : Price - vat;
     const Currency gross = IsNetto ? Price + vat : Price;
     VatValue = vat;

@@ -194,6 +194,24 @@ int HexValue(char16_t digit) {
   return -1;
 }
 
+std::size_t DeviceText(std::string_view text, std::span<char> out) {
+  std::size_t written = 0;
+  while (!text.empty() && written < out.size()) {
+    const char32_t character = NextCharacter(text);
+    if (character == ' ') {
+      continue;
+    }
+    const bool small = character >= 'a' && character <= 'z';
+    const bool capital = character >= 'A' && character <= 'Z';
+    const bool digit = character >= '0' && character <= '9';
+    out[written++] = static_cast<char>(small || digit ? character : capital ? character + ('a' - 'A') : U'#');
+    if (character >= 0x10000 && written < out.size()) {
+      out[written++] = '#';
+    }
+  }
+  return written;
+}
+
 std::string BreakLines(std::string_view text, std::size_t lineLength) {
   std::string broken;
   broken.reserve(text.size() + text.size() / lineLength * 2);

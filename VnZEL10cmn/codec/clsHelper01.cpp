@@ -296,28 +296,9 @@ clsHelper01::~clsHelper01() = default;
 std::string clsHelper01::CreateGUID() { return platform::CreateGuid(); }
 
 std::string clsHelper01::ZEL_CharReplace(std::string_view Data, std::int32_t Length) {
-  std::string result;
-  if (Length < 1) {
-    return result;
-  }
-  std::int32_t left = Length;
-  while (!Data.empty() && left > 0) {
-    const char32_t character = internal::NextCharacter(Data);
-    if (character == ' ') {
-      continue;
-    }
-    const bool upper = character >= 'A' && character <= 'Z';
-    const bool kept =
-        upper || (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
-    const auto ascii = static_cast<char>(kept ? character : U'#');
-    result.push_back(upper ? static_cast<char>(ascii - 'A' + 'a') : ascii);
-    --left;
-    // A character of two code units counts, and shows, as two.
-    if (character >= 0x10000 && left > 0) {
-      result.push_back('#');
-      --left;
-    }
-  }
+  // No character has more UTF-16 code units than bytes.
+  std::string result(std::min(Data.size(), static_cast<std::size_t>(std::max(Length, 0))), '\0');
+  result.resize(internal::DeviceText(Data, result));
   return result;
 }
 

@@ -1,8 +1,6 @@
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <chrono>
 #include <new>
 #include <stdexcept>
@@ -10,6 +8,7 @@
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
 #include "VnZEL10cmn/device/internal/XmlEnvelope.h"
 #include "VnZEL10cmn/types/internal/Format.h"
@@ -23,7 +22,11 @@ using internal::Compose;
 using internal::kCrLf;
 using internal::Limits;
 using internal::MaybeRefusal;
+using internal::ReadAmount;
+using internal::ReadPositive;
 using internal::Refusal;
+using internal::WriteAmount;
+using internal::WritePositive;
 
 namespace {
 
@@ -35,15 +38,8 @@ constexpr Limits kDeviceNumber{1, 4};
 constexpr Limits kOperator{1, 16};
 constexpr Limits kHash{20, 32};
 constexpr Limits kTime{1, 2};
-constexpr Limits kPositive{1, 6};
 constexpr std::int32_t kDateBytes = 4;
 constexpr std::int32_t kMonthBytes = 3;
-constexpr std::size_t kPositiveDigits = 11;
-
-constexpr std::string_view kAmountLengthLine = "\r\n    Länge Betrag .....: ";
-constexpr std::string_view kAmountTextLine = "\r\n    kond. Betrag .....: ";
-
-Limits AmountLimits(bool longVal) { return {1, longVal ? 8 : 6}; }
 
 ZelTags HashTag(bool isTrans) { return isTrans ? ZelTags::Hash_Trans_Items : ZelTags::Hash_Reprt_Items; }
 
@@ -130,84 +126,10 @@ MaybeRefusal WriteHash(ByteArray& buffer, std::int32_t& start, bool isTrans, con
   return internal::WriteBinary(buffer, start, HashTag(isTrans), hash);
 }
 
-Refusal TooManyDigits(ZELErrorCodes number, std::size_t most, std::string_view text) {
-  return {number, Compose("Die Länge der Betragsdastellung überschreitet den max. Wert!", kCrLf,
-                          "Es sind max. ", most, " signifikante Stellen zulässig", kAmountLengthLine,
-                          text.size(), kAmountTextLine, text)};
-}
-
 Refusal OutsideRange(std::string_view current, std::string_view smallest, std::string_view largest) {
   return {ZELErrorCodes::Err_Zel_CnvRange,
           Compose("Die Wert außerhalb des gültigen Bereiches!", "\r\n    Aktueller Wert ...: ", current,
                   "\r\n    kleinster Wert ...: ", smallest, "\r\n    größter Wert .....: ", largest)};
-}
-
-MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency amount, bool longVal) {
-  constexpr std::int64_t limit = 92233720368547700;  // scaled: 9,223,372,036,854.77
-  if (amount.Scaled() < -limit || amount.Scaled() > limit) {
-    const std::string shown =
-        internal::FormatNumber(amount, internal::kAmount, internal::CurrentRegionalSettings());
-    return Refusal{
-        ZELErrorCodes::Err_Zel_CnvInvalidLen,
-        Compose("Der Betrag über- oder unterschreitet die", kCrLf, "hier zulässigen Wertegrenzen!",
-                "\r\n    Betrag ...........: ", shown, "\r\n    Min. Betrag ......: -9.223.372.036.854,77",
-                "\r\n    Max. Betrag ......:  9.223.372.036.854,77")};
-  }
-  const std::uint64_t cents = internal::Hundredfold(amount);
-  std::array<char, 21> buffered{};
-  char* end = std::to_chars(buffered.data(), buffered.data() + buffered.size(), cents).ptr;
-  *end++ = amount < Currency() ? 'D' : 'C';
-  const std::string_view text(buffered.data(), static_cast<std::size_t>(end - buffered.data()));
-  const std::size_t most = longVal ? 21 : 11;
-  if (text.size() > most + 1) {
-    return TooManyDigits(ZELErrorCodes::Err_Zel_CnvInvalidLen, most, text);
-  }
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>((text.size() + 1) / 2))) {
-    return refusal;
-  }
-  // Less than half a cent leaves no digit, which has its own message.
-  return cents == 0 ? internal::WriteSignedBcd(buffer, start, tag, text)
-                    : internal::WriteDigits(buffer, start, tag, text);
-}
-
-MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result,
-                        bool longVal) {
-  if (auto refusal = CheckRead(buffer, start, AmountLimits(longVal), tag)) {
-    return refusal;
-  }
-  const auto cents = internal::SignedNumber(internal::Value(buffer, start));
-  if (!cents) {
-    std::string digits;
-    return internal::ReadSignedBcd(buffer, start, digits);
-  }
-  internal::Advance(start, buffer[start + 1]);
-  result = Currency::FromScaled(*cents * 100);
-  return std::nullopt;
-}
-
-MaybeRefusal WritePositive(ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency value) {
-  const std::string text = internal::FormatNumber(value, internal::kWhole, ",");
-  if (text.size() > kPositiveDigits) {
-    return TooManyDigits(ZELErrorCodes::Err_Zel_CnvDataSize, kPositiveDigits, text);
-  }
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>((text.size() + 1) / 2))) {
-    return refusal;
-  }
-  return internal::WriteBcd(buffer, start, tag, text, false);
-}
-
-MaybeRefusal ReadPositive(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result) {
-  if (auto refusal = CheckRead(buffer, start, kPositive, tag)) {
-    return refusal;
-  }
-  const auto number = internal::BcdNumber(internal::Value(buffer, start));
-  if (!number) {
-    std::string digits;
-    return internal::ReadBcd(buffer, start, digits);
-  }
-  internal::Advance(start, buffer[start + 1]);
-  result = *number;
-  return std::nullopt;
 }
 
 MaybeRefusal WriteDate(ByteArray& buffer, std::int32_t& start, ZelTags tag, Date date) {

@@ -1,10 +1,15 @@
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 
 #include <algorithm>
+#include <array>
+#include <optional>
+#include <span>
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
+#include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
@@ -19,8 +24,8 @@ using internal::kCrLf;
 
 namespace {
 
-constexpr std::int32_t kUnitLength = 8;
-constexpr std::int32_t kNameLength = 16;
+constexpr std::size_t kUnitLength = 8;
+constexpr std::size_t kNameLength = 16;
 constexpr std::size_t kQuantityEnd = 12;
 
 bool IsPriceNumber(std::int32_t index) { return index >= 1 && index <= 6; }
@@ -29,11 +34,45 @@ std::string QuantityText(Currency quantity) {
   return internal::FormatNumber(quantity, internal::kQuantity, ".");
 }
 
+/// Whether a record was written; why not is not told.
+template <class Writer>
+bool Written(Writer&& writer) {
+  try {
+    return !writer();
+  } catch (...) {
+    return false;
+  }
+}
+
+/// A number of digits with at most four decimals behind a point, which reads the same everywhere.
+std::optional<Currency> PlainNumber(std::string_view text) {
+  constexpr std::size_t mostDigits = 12;
+  const std::size_t point = std::min(text.find('.'), text.size());
+  const std::string_view decimals = text.substr(std::min(point + 1, text.size()));
+  if (point == 0 || point > mostDigits || decimals.size() > 4 || decimals.find('.') != decimals.npos) {
+    return std::nullopt;
+  }
+  std::int64_t scaled = 0;
+  for (const char c : text) {
+    if (c != '.') {
+      if (c < '0' || c > '9') return std::nullopt;
+      scaled = scaled * 10 + (c - '0');
+    }
+  }
+  for (std::size_t missing = decimals.size(); missing < 4; ++missing) {
+    scaled *= 10;
+  }
+  return Currency::FromScaled(scaled);
+}
+
 /// The device's text has a point; the number is then read as the host reads numbers.
 Currency QuantityFromText(std::string_view text) {
   text = internal::Trim(text);
   if (text.empty()) {
     return 1;
+  }
+  if (const auto plain = PlainNumber(text)) {
+    return *plain;
   }
   const std::string decimal = internal::CurrentRegionalSettings().decimal;
   std::string regional;
@@ -208,39 +247,43 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
         Compose("Die Zeichenfolge für die Menge ist zu lang!", kCrLf, "    Zeichenfolge ......: ", quantity),
         operation);
   }
-  clsHelper01 helper;
-  clsZelBaseCoding coder;
-  // What goes wrong in the coder is reported with the state of the helper, which never fails here.
+  // What goes wrong with a record is reported with the state of a helper, which never fails.
   const auto fail = [&](std::string_view label) {
+    clsHelper01 helper;
     clsVnError& inner = helper.ErrorObject();
     return FailAs(inner, Compose("Objekt: \"", label, "\":", kCrLf, inner.ErrorMsg()),
                   Compose(operation, ".[", inner.ErrorFunction(), "]"));
   };
-  const auto writeText = [&](ZelTags tag, std::string_view text, std::string_view label) {
-    return coder.SetDataAscii(data, start, tag, text) || fail(label);
+  std::array<char, kNameLength> buffer{};
+  const auto deviceText = [&buffer](std::string_view text, std::size_t length) {
+    return std::string_view(buffer.data(), internal::DeviceText(text, std::span(buffer).first(length)));
   };
-  if (!writeText(ZelTags::Item_Quantity, quantity, "Mengenangabe")) {
-    return false;
+  if (!Written([&] { return internal::WriteAscii(data, start, ZelTags::Item_Quantity, quantity); })) {
+    return fail("Mengenangabe");
   }
-  if (!unit_.empty() &&
-      !writeText(ZelTags::Item_Unit, helper.ZEL_CharReplace(unit_, kUnitLength), "Mengeneinheit")) {
-    return false;
+  if (!unit_.empty() && !Written([&] {
+        return internal::WriteAscii(data, start, ZelTags::Item_Unit, deviceText(unit_, kUnitLength));
+      })) {
+    return fail("Mengeneinheit");
   }
-  if (!writeText(ZelTags::Item_Name, helper.ZEL_CharReplace(name_, kNameLength), "Bezeichnung")) {
-    return false;
+  if (!Written([&] {
+        return internal::WriteAscii(data, start, ZelTags::Item_Name, deviceText(name_, kNameLength));
+      })) {
+    return fail("Bezeichnung");
   }
-  if (!coder.SetDataBool(data, start, ZelTags::Item_DiscSurch, discSurc_)) {
+  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, discSurc_); })) {
     return fail("Agenturgeschäft");
   }
-  if (!coder.SetDataBool(data, start, ZelTags::Item_Voucher, voucher_)) {
+  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_Voucher, voucher_); })) {
     return fail("Gutschein");
   }
-  if (!coder.SetDataBool(data, start, ZelTags::Item_Thirdparty, thirdParty_)) {
+  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_Thirdparty, thirdParty_); })) {
     return fail("Agenturgeschäft");
   }
   for (std::size_t slot = 0; slot < prices_.size(); ++slot) {
     const auto tag = static_cast<ZelTags>(static_cast<std::size_t>(ZelTags::Item_Price1) + slot);
-    if (prices_[slot] != Currency() && !coder.SetZelAmounts(data, start, tag, prices_[slot], false)) {
+    if (prices_[slot] != Currency() &&
+        !Written([&] { return internal::WriteAmount(data, start, tag, prices_[slot], false); })) {
       return fail(Compose("Preis ", slot));
     }
   }

@@ -78,6 +78,8 @@ class clsZelItemList : public VnObject {
   std::string ToString();
 
  private:
+  friend struct ItemListAccess;
+
   bool Serialise(ByteArray& data, std::int32_t& start, std::string_view operation);
   bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
   bool Append(const std::shared_ptr<IVnZelItem>& item);

@@ -53,6 +53,11 @@ std::string LowerHex(std::span<const std::uint8_t> bytes);
 /// The value of an upper-case hexadecimal digit, or -1.
 int HexValue(char16_t digit);
 
+/// Writes the first characters of a text into `out`, as many as it holds, in the form that the device takes: without
+/// blanks, in small letters, "#" for what is neither letter nor digit; a character of two UTF-16 code units is two.
+/// Returns how many they were.
+std::size_t DeviceText(std::string_view text, std::span<char> out);
+
 /// Breaks a text of ASCII characters with CR LF after `lineLength` characters each, as long as more than that
 /// and one character remain.
 std::string BreakLines(std::string_view text, std::size_t lineLength);
