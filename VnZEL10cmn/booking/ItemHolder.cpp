@@ -57,22 +57,20 @@ std::shared_ptr<IVnZelItem> ItemHolder::ItemK(std::string_view InstanceID) const
   return itemList_.ItemK(InstanceID);
 }
 
+bool ItemHolder::FailAsItemList(std::string_view operation) {
+  clsVnError& inner = itemList_.ErrorObject();
+  return FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
+}
+
 bool ItemHolder::AddItem(std::shared_ptr<IVnZelItem> Item) {
   constexpr std::string_view operation = "AddItem";
-  return Run(operation, [&] {
-    clsVnError& inner = itemList_.ErrorObject();
-    return itemList_.AddItem(std::move(Item)) || FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
-  });
+  return Run(operation, [&] { return itemList_.AddItem(std::move(Item)) || FailAsItemList(operation); });
 }
 
 bool ItemHolder::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID,
                             std::int32_t Index) {
   constexpr std::string_view operation = "RemoveItem";
-  return Run(operation, [&] {
-    clsVnError& inner = itemList_.ErrorObject();
-    return itemList_.RemoveItem(Item, ID, Index) ||
-           FailAs(inner, inner.ErrorMsg(), Via(operation, operation));
-  });
+  return Run(operation, [&] { return itemList_.RemoveItem(Item, ID, Index) || FailAsItemList(operation); });
 }
 
 bool ItemHolder::ClearItems(const std::shared_ptr<IVnZelItem>&, std::string_view, std::int32_t) {

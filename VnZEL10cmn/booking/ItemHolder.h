@@ -86,6 +86,7 @@ class ItemHolder : public DeviceDocument {
   std::string itemListText_;  ///< the items' binary form, Base64
 
  private:
+  bool FailAsItemList(std::string_view operation);
   bool RefreshItemHash(std::string_view function, std::string_view header);
 
   bool useSha256_;

@@ -6,7 +6,9 @@
 #include "VnZEL10cmn/booking/internal/ContainerTurnover.h"
 #include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/items/internal/CashItemAccess.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/items/internal/ItemListAccess.h"
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -197,29 +199,14 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
   for (std::size_t i = 0; i < kClasses; ++i) {
     containers_[i].VATrate(rates.VATrate(static_cast<std::int32_t>(i) + 1));
   }
-  CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
-  // By position: a host's item may change the list while it is asked.
-  for (std::int32_t number = 1; number <= ItemCount(); ++number) {
-    const std::shared_ptr<IVnZelItem> item = ItemI(number);
-    bool isThirdParty = false;
-    if (!item->GetPrices(prices, isThirdParty)) {
-      return FailRqst(ZELErrorCodes::Err_Ser_DataMissing,
-                      "Die Preisbestandteile für einen Buchungsposten\r\nkonnten nicht gelesen werden!");
-    }
-    for (std::size_t i = 0; i < kClasses; ++i) {
-      const Currency price = prices[static_cast<std::int32_t>(i)];
-      clsZelContainer& container = containers_[i];
-      ContainerTurnover::Set(container, container.Turnover() + price);
-      if (isThirdParty) {
-        container.TurnoverThrd(container.TurnoverThrd() + price);
-      }
-      if (price < Currency()) {
-        container.TurnoverNeg(container.TurnoverNeg() - price);
-      }
-    }
-    // A host's item may have filed an error in the booking.
-    if (HasError()) {
+  if (!ItemListAccess::IsConstant(itemList_)) {
+    if (!AddHostItems()) {
       return false;
+    }
+  } else {
+    for (const std::shared_ptr<IVnZelItem>& item : itemList_) {
+      const auto& cash = static_cast<const clsZelItemCash&>(*item);
+      AddPrices(CashItemAccess::Prices(cash), cash.ThirdParty());
     }
   }
   for (std::size_t i = 0; i < kClasses; ++i) {
@@ -232,6 +219,46 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
     containers_[i].VAT(vat);
   }
   return true;
+}
+
+bool clsZelTransAct::AddHostItems() {
+  CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
+  // By position: a host's item may change the list while it is asked.
+  for (std::int32_t number = 1; number <= ItemCount(); ++number) {
+    const std::shared_ptr<IVnZelItem> item = ItemI(number);
+    bool isThirdParty = false;
+    if (!item->GetPrices(prices, isThirdParty)) {
+      return FailRqst(ZELErrorCodes::Err_Ser_DataMissing,
+                      "Die Preisbestandteile für einen Buchungsposten\r\nkonnten nicht gelesen werden!");
+    }
+    std::array<Currency, kClasses> perClass;
+    for (std::size_t i = 0; i < kClasses; ++i) {
+      perClass[i] = prices[static_cast<std::int32_t>(i)];
+    }
+    AddPrices(perClass, isThirdParty);
+    // A host's item may have filed an error in the booking.
+    if (HasError()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void clsZelTransAct::AddPrices(const std::array<Currency, 6>& prices, bool isThirdParty) {
+  for (std::size_t i = 0; i < kClasses; ++i) {
+    const Currency price = prices[i];
+    if (price == Currency()) {
+      continue;
+    }
+    clsZelContainer& container = containers_[i];
+    ContainerTurnover::Set(container, container.Turnover() + price);
+    if (isThirdParty) {
+      container.TurnoverThrd(container.TurnoverThrd() + price);
+    }
+    if (price < Currency()) {
+      container.TurnoverNeg(container.TurnoverNeg() - price);
+    }
+  }
 }
 
 bool clsZelTransAct::WriteRequest(ByteArray& data, std::int32_t& position, const ByteArray& hash) {
@@ -322,7 +349,9 @@ bool clsZelTransAct::DecodeRqst(const ByteArray& data) {
 bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& position) {
   constexpr std::string_view function = "DecodeRqst";
   const std::uint8_t tag = data[position];
-  const std::string where = Compose(kPositionLine, position, internal::kTagLine, internal::HexDigits(tag));
+  const auto where = [&] {
+    return Compose(kPositionLine, position, internal::kTagLine, internal::HexDigits(tag));
+  };
   const auto readFlag = [&](bool& flag) {
     // A flag is its record; what is cut off or carries a value is none.
     const auto refusal = internal::CheckRead(data, position, {0, 0});
@@ -337,7 +366,7 @@ bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& posit
     case ZelTags::Currency:
       return coder_.GetZelCurrencyCode(data, position, currencyCode_) ||
              Fail(ZELErrorCodes::Err_Ser_Failed,
-                  Compose("Der Währungskode konnte nicht gelesen werden!", where),
+                  Compose("Der Währungskode konnte nicht gelesen werden!", where()),
                   Via(function, "GetZelCurrencyCode"));
     case ZelTags::Vat_AddOn: return readFlag(isTaxExcl_);
     case ZelTags::Training: return readFlag(isTraining_);
@@ -351,7 +380,7 @@ bool clsZelTransAct::DecodeRqstRecord(const ByteArray& data, std::int32_t& posit
       const std::size_t number = tag & 15U;
       return containers_[number - 1].BinaryDataSet(data, position) ||
              Fail(ZELErrorCodes::Err_Ser_Failed,
-                  Compose(internal::kContainerUnreadable, where, internal::kContainerNumberLine, number),
+                  Compose(internal::kContainerUnreadable, where(), internal::kContainerNumberLine, number),
                   Via(function, "clsZelContainer.BinaryDataSet"));
     }
     default: return Fail(internal::UnexpectedTag(tag), function);

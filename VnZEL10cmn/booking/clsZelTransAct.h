@@ -125,6 +125,8 @@ class clsZelTransAct : public ItemHolder {
   bool FindRates(std::shared_ptr<clsZelVatItem>& rates);
   bool SerialiseItems(ByteArray& hash);
   bool FillContainers(clsZelVatItem& rates);
+  bool AddHostItems();
+  void AddPrices(const std::array<Currency, 6>& prices, bool isThirdParty);
   bool WriteRequest(ByteArray& data, std::int32_t& position, const ByteArray& hash);
   bool DecodeRqstRecord(const ByteArray& data, std::int32_t& position);
   void ResetContainers();

@@ -169,15 +169,23 @@ Sha256Digest Sha256OfText(std::string_view text) {
 }
 
 Sha256Digest Sha256OfCodePageBytes(Bytes message) {
-  static const std::array<std::uint8_t, 256> lowBytes = [] {
-    std::array<std::uint8_t, 256> table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte) {
-      table[byte] = static_cast<std::uint8_t>(FromCodePage1252(static_cast<std::uint8_t>(byte)) & 0xFF);
+  std::vector<std::uint8_t> bytes(message.begin(), message.end());
+  const auto toLowByte = [](std::uint8_t byte) {
+    return static_cast<std::uint8_t>(FromCodePage1252(byte) & 0xFF);
+  };
+  // Only the bytes 80 to 9F change: eight at a time are looked at whether one of them is there.
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  std::size_t at = 0;
+  for (; bytes.size() - at >= sizeof ones; at += sizeof ones) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + at, sizeof word);
+    const std::uint64_t differs = (word & 0xE0 * ones) ^ 0x80 * ones;
+    if (((differs - ones) & ~differs & 0x80 * ones) != 0) {
+      std::transform(bytes.data() + at, bytes.data() + at + sizeof ones, bytes.data() + at, toLowByte);
     }
-    return table;
-  }();
-  std::vector<std::uint8_t> bytes(message.size());
-  std::ranges::transform(message, bytes.begin(), [](std::uint8_t byte) { return lowBytes[byte]; });
+  }
+  std::transform(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end(),
+                 bytes.begin() + static_cast<std::ptrdiff_t>(at), toLowByte);
   return Sha256(bytes);
 }
 

@@ -44,6 +44,17 @@ constexpr Values kHexValues = [] {
   return values;
 }();
 
+/// What the device takes for the ASCII characters.
+constexpr std::array<char, 128> kDeviceCharacters = [] {
+  std::array<char, 128> characters{};
+  for (std::size_t c = 0; c < characters.size(); ++c) {
+    const bool capital = c >= 'A' && c <= 'Z';
+    const bool kept = (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+    characters[c] = capital ? static_cast<char>(c + ('a' - 'A')) : kept ? static_cast<char>(c) : '#';
+  }
+  return characters;
+}();
+
 std::uint8_t ValueOf(const Values& values, char character) {
   return values[static_cast<unsigned char>(character)];
 }
@@ -188,28 +199,29 @@ std::size_t DecodeHexDigits(std::string_view text, std::span<std::uint8_t> out,
   return done;
 }
 
-int HexValue(char16_t digit) {
-  if (digit >= '0' && digit <= '9') return digit - '0';
-  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
-  return -1;
-}
-
 std::size_t DeviceText(std::string_view text, std::span<char> out) {
-  std::size_t written = 0;
-  while (!text.empty() && written < out.size()) {
-    const char32_t character = NextCharacter(text);
-    if (character == ' ') {
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  char* to = out.data();
+  char* const full = to + out.size();
+  while (at != end && to != full) {
+    const auto first = static_cast<unsigned char>(*at);
+    if (first < kDeviceCharacters.size()) {
+      // A blank's place is taken by what follows.
+      *to = kDeviceCharacters[first];
+      to += first == ' ' ? 0 : 1;
+      ++at;
       continue;
     }
-    const bool small = character >= 'a' && character <= 'z';
-    const bool capital = character >= 'A' && character <= 'Z';
-    const bool digit = character >= '0' && character <= '9';
-    out[written++] = static_cast<char>(small || digit ? character : capital ? character + ('a' - 'A') : U'#');
-    if (character >= 0x10000 && written < out.size()) {
-      out[written++] = '#';
+    std::string_view rest(at, static_cast<std::size_t>(end - at));
+    const char32_t character = NextCharacter(rest);
+    at = rest.data();
+    *to++ = '#';
+    if (character >= 0x10000 && to != full) {
+      *to++ = '#';
     }
   }
-  return written;
+  return static_cast<std::size_t>(to - out.data());
 }
 
 std::string BreakLines(std::string_view text, std::size_t lineLength) {

@@ -100,6 +100,10 @@ std::string TextOf(char32_t character) {
 
 std::optional<Refusal> CleanReplacements(std::string_view plus, std::string_view slash,
                                          Replacements& result) {
+  if (plus == "+" && slash == "/") {
+    result = {U'+', U'/'};
+    return std::nullopt;
+  }
   result = {CleanReplacement(plus, U'+'), CleanReplacement(slash, U'/')};
   if (result.plus != result.slash) {
     return std::nullopt;
@@ -128,7 +132,7 @@ constexpr std::uint8_t kNoDigit = 255;
 /// The values of the characters below 80, and of the two replacements.
 class Base64Values {
  public:
-  explicit Base64Values(const Replacements& replacements) : replacements_(replacements) {
+  explicit constexpr Base64Values(const Replacements& replacements) : replacements_(replacements) {
     values_.fill(kNoDigit);
     values_['='] = kPad;
     std::uint8_t value = 0;
@@ -151,7 +155,7 @@ class Base64Values {
   std::uint8_t Of(char c) const { return Of(static_cast<char16_t>(static_cast<unsigned char>(c))); }
 
  private:
-  void SetReplacement(char32_t character, std::uint8_t value) {
+  constexpr void SetReplacement(char32_t character, std::uint8_t value) {
     if (character < values_.size()) {
       values_[character] = value;
     }
@@ -221,7 +225,8 @@ std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& repla
   const std::size_t pads = text[text.size() - 1] != '=' ? 0U : text[text.size() - 2] != '=' ? 1U : 2U;
   const std::span<std::uint8_t> bytes = MakeResult(result, text.size() / 4 * 3 - pads);
   const std::size_t front = DecodeBase64Front(text, replacements, bytes);
-  const Base64Values values(replacements);
+  static constexpr Base64Values standard({U'+', U'/'});
+  const Base64Values& values = IsStandard(replacements) ? standard : Base64Values(replacements);
   std::uint8_t* out = bytes.data() + front / 4 * 3;
   std::uint8_t* const end = bytes.data() + bytes.size();
   const auto put = [&out, end](unsigned value) {

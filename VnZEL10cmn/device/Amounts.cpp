@@ -1,7 +1,7 @@
 #include "VnZEL10cmn/device/internal/Amounts.h"
 
 #include <array>
-#include <charconv>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -15,6 +15,8 @@ namespace {
 
 constexpr Limits kPositive{1, 6};
 constexpr std::size_t kPositiveDigits = 11;
+constexpr std::size_t kAmountDigits = 11;
+constexpr std::uint64_t kAmountEnd = 100000000000;  // the first number with more digits
 
 constexpr std::string_view kAmountLengthLine = "\r\n    Länge Betrag .....: ";
 constexpr std::string_view kAmountTextLine = "\r\n    kond. Betrag .....: ";
@@ -25,6 +27,14 @@ Refusal TooManyDigits(ZELErrorCodes number, std::size_t most, std::string_view t
   return {number, Compose("Die Länge der Betragsdastellung überschreitet den max. Wert!", kCrLf,
                           "Es sind max. ", most, " signifikante Stellen zulässig", kAmountLengthLine,
                           text.size(), kAmountTextLine, text)};
+}
+
+/// Packs a number's digits into the bytes before `end`, and returns the bytes from its first digit on.
+std::span<const std::uint8_t> PackBcd(std::uint64_t number, std::span<std::uint8_t> bytes, std::size_t end) {
+  for (; number > 0; number /= 100) {
+    bytes[--end] = static_cast<std::uint8_t>(number % 100 / 10 << 4 | number % 10);
+  }
+  return bytes.subspan(end);
 }
 
 }  // namespace
@@ -40,25 +50,26 @@ MaybeRefusal WriteAmount(ByteArray& buffer, std::int32_t& start, ZelTags tag, Cu
                 "\r\n    Max. Betrag ......:  9.223.372.036.854,77")};
   }
   const std::uint64_t cents = Hundredfold(amount);
-  std::array<char, 21> buffered{};
-  char* end = std::to_chars(buffered.data(), buffered.data() + buffered.size(), cents).ptr;
-  *end++ = amount < Currency() ? 'D' : 'C';
-  const std::string_view text(buffered.data(), static_cast<std::size_t>(end - buffered.data()));
-  const std::size_t most = longVal ? 21 : 11;
-  if (text.size() > most + 1) {
-    return TooManyDigits(ZELErrorCodes::Err_Zel_CnvInvalidLen, most, text);
+  const char sign = amount < Currency() ? 'D' : 'C';
+  if (!longVal && cents >= kAmountEnd) {
+    return TooManyDigits(ZELErrorCodes::Err_Zel_CnvInvalidLen, kAmountDigits, std::to_string(cents) + sign);
   }
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>((text.size() + 1) / 2))) {
-    return refusal;
+  if (cents == 0) {
+    // Less than half a cent leaves no digit, which has its own message.
+    if (auto refusal = CheckWrite(buffer, start, 1)) {
+      return refusal;
+    }
+    return WriteSignedBcd(buffer, start, tag, std::string("0") + sign);
   }
-  // Less than half a cent leaves no digit, which has its own message.
-  return cents == 0 ? WriteSignedBcd(buffer, start, tag, text) : WriteDigits(buffer, start, tag, text);
+  std::array<std::uint8_t, 8> bytes{};
+  bytes.back() = static_cast<std::uint8_t>(cents % 10 << 4 | (sign == 'D' ? 13U : 12U));
+  return WriteBytes(buffer, start, tag, PackBcd(cents / 10, bytes, bytes.size() - 1));
 }
 
 MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result,
                         bool longVal) {
-  if (auto refusal = CheckRead(buffer, start, AmountLimits(longVal), tag)) {
-    return refusal;
+  if (!IsRecord(buffer, start, AmountLimits(longVal), tag)) {
+    return CheckRead(buffer, start, AmountLimits(longVal), tag);
   }
   const auto cents = SignedNumber(Value(buffer, start));
   if (!cents) {
@@ -71,19 +82,22 @@ MaybeRefusal ReadAmount(const ByteArray& buffer, std::int32_t& start, ZelTags ta
 }
 
 MaybeRefusal WritePositive(ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency value) {
-  const std::string text = FormatNumber(value, kWhole, ",");
-  if (text.size() > kPositiveDigits) {
-    return TooManyDigits(ZELErrorCodes::Err_Zel_CnvDataSize, kPositiveDigits, text);
+  constexpr std::int64_t end = 999999999995000;  // scaled: the first value that is rounded to too many digits
+  if (value < Currency() || value.Scaled() >= end) {
+    const std::string text = FormatNumber(value, kWhole, ",");
+    return text.size() > kPositiveDigits
+               ? TooManyDigits(ZELErrorCodes::Err_Zel_CnvDataSize, kPositiveDigits, text)
+               : WriteBcd(buffer, start, tag, text, false);
   }
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>((text.size() + 1) / 2))) {
-    return refusal;
-  }
-  return WriteBcd(buffer, start, tag, text, false);
+  std::array<std::uint8_t, 6> bytes{};
+  const auto digits = PackBcd(static_cast<std::uint64_t>(value.Scaled() + 5000) / 10000, bytes, bytes.size());
+  return WriteBytes(buffer, start, tag,
+                    digits.empty() ? std::span<const std::uint8_t>(bytes).first(1) : digits);
 }
 
 MaybeRefusal ReadPositive(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Currency& result) {
-  if (auto refusal = CheckRead(buffer, start, kPositive, tag)) {
-    return refusal;
+  if (!IsRecord(buffer, start, kPositive, tag)) {
+    return CheckRead(buffer, start, kPositive, tag);
   }
   const auto number = BcdNumber(Value(buffer, start));
   if (!number) {

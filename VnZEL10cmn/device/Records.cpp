@@ -68,15 +68,45 @@ void WriteHead(ByteArray& buffer, std::int32_t start, ZelTags tag, std::size_t l
   buffer[start + 1] = static_cast<std::uint8_t>(length);
 }
 
-/// Where the value of a record that fits is written.
-std::uint8_t* ValueAt(ByteArray& buffer, std::int32_t start) {
-  return buffer.data() + (start - buffer.LBound()) + kRecordHead;
+/// Whether there is room for a record at `start`; why not is told by `CheckWrite`.
+bool Fits(const ByteArray& buffer, std::int32_t start, std::int64_t length) {
+  return length >= 0 && length <= kMaxLength && buffer.LBound() >= 0 && start >= buffer.LBound() &&
+         start + length + 1 <= buffer.UBound();
+}
+
+/// Writes a record whose value `fill` puts where it is told to.
+template <class Fill>
+MaybeRefusal WriteRecord(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::size_t length,
+                         Fill&& fill) {
+  if (!Fits(buffer, start, static_cast<std::int64_t>(length))) {
+    return CheckWrite(buffer, start, static_cast<std::int64_t>(length));
+  }
+  std::uint8_t* const record = buffer.data() + (start - buffer.LBound());
+  record[0] = static_cast<std::uint8_t>(tag);
+  record[1] = static_cast<std::uint8_t>(length);
+  fill(record + kRecordHead);
+  Advance(start, length);
+  return std::nullopt;
 }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Characters that are their own code page 1252 byte and that a text record may hold.
-bool IsPlain(char c) { return c >= 32 && static_cast<unsigned char>(c) <= 127; }
+/// Whether all characters are their own code page 1252 byte, and such that a text record may hold: 20 to 7F.
+bool IsPlain(const void* text, std::size_t size) {
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  const auto* at = static_cast<const unsigned char*>(text);
+  std::uint64_t refused = 0;
+  for (; size >= sizeof ones; size -= sizeof ones, at += sizeof ones) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, at, sizeof word);
+    // What is below 20 borrows from the bit that is set above 7F.
+    refused |= word | (word - 0x20 * ones);
+  }
+  for (; size > 0; --size, ++at) {
+    refused |= *at | (*at - 0x20U);
+  }
+  return (refused & 0x80 * ones) == 0;
+}
 
 /// A UTF-16 code unit as a message shows it: `"ü" (0xFC - 252)`, with its code page 1252 code.
 std::string Shown(char16_t unit) {
@@ -141,13 +171,7 @@ Refusal InvalidBcdCharacter(std::string_view message, ZelTags tag, std::int32_t 
 
 std::string HexByte(std::uint8_t byte) { return "0x" + HexDigits(byte); }
 
-void Advance(std::int32_t& start, std::size_t length) {
-  const std::int64_t behind = start + std::int64_t{kRecordHead} + static_cast<std::int64_t>(length);
-  if (behind > std::numeric_limits<std::int32_t>::max()) {
-    throw std::overflow_error("position overflow");
-  }
-  start = static_cast<std::int32_t>(behind);
-}
+void ThrowPositionOverflow() { throw std::overflow_error("position overflow"); }
 
 Refusal TooShort(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t min) {
   Refusal refusal = LengthRefusal("Die Mindestlänge für dieses TAG wurde unterschritten", start, tag, length);
@@ -186,15 +210,8 @@ MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start) {
 }
 
 MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limits, ZelTags tag) {
-  // Nearly every record is as it should be; what is wrong with one is found out below.
-  const std::int32_t first = buffer.LBound();
-  if (first >= 0 && start >= first && start < buffer.UBound()) {
-    const std::uint8_t* const record = buffer.data() + (start - first);
-    if (std::int64_t{start} + record[1] + 1 <= buffer.UBound() && record[1] <= kMaxLength &&
-        record[1] >= limits.min && (limits.max < 0 || record[1] <= limits.max) &&
-        (tag == ZelTags{} || static_cast<ZelTags>(record[0]) == tag)) {
-      return std::nullopt;
-    }
+  if (IsRecord(buffer, start, limits, tag)) {
+    return std::nullopt;
   }
   if (auto refusal = CheckStart(buffer, start)) {
     return refusal;
@@ -224,8 +241,7 @@ MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limit
 }
 
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length) {
-  if (length >= 0 && length <= kMaxLength && buffer.LBound() >= 0 && start >= buffer.LBound() &&
-      start + length + 1 <= buffer.UBound()) {
+  if (Fits(buffer, start, length)) {
     return std::nullopt;
   }
   if (length < 0) {
@@ -248,10 +264,6 @@ MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_
   return std::nullopt;
 }
 
-std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start) {
-  return {buffer.data() + (start - buffer.LBound()) + kRecordHead, buffer[start + 1]};
-}
-
 MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits) {
   if (auto refusal = CheckRead(buffer, start, limits)) {
     return refusal;
@@ -262,10 +274,15 @@ MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray&
 }
 
 MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits) {
-  if (auto refusal = CheckRead(buffer, start, limits)) {
-    return refusal;
+  if (!IsRecord(buffer, start, limits)) {
+    return CheckRead(buffer, start, limits);
   }
   const std::span<const std::uint8_t> value = Value(buffer, start);
+  if (IsPlain(value.data(), value.size())) {
+    result.assign(reinterpret_cast<const char*>(value.data()), value.size());
+    Advance(start, value.size());
+    return std::nullopt;
+  }
   result.assign(value.size(), ' ');
   for (std::size_t i = 0; i < value.size(); ++i) {
     if (value[i] < 32 || value[i] > 127) {
@@ -354,29 +371,31 @@ MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, co
   if (auto refusal = CheckWrite(buffer, start, length)) {
     return refusal;
   }
-  WriteHead(buffer, start, tag, static_cast<std::size_t>(length));
-  if (length > 0) {
-    std::memcpy(ValueAt(buffer, start), &data[0], static_cast<std::size_t>(length));
-  }
-  Advance(start, static_cast<std::size_t>(length));
-  return std::nullopt;
+  // From index 0 on, which an array that begins later does not have.
+  return WriteBytes(
+      buffer, start, tag,
+      length == 0 ? std::span<const std::uint8_t>() : std::span(&data[0], static_cast<std::size_t>(length)));
+}
+
+MaybeRefusal WriteBytes(ByteArray& buffer, std::int32_t& start, ZelTags tag,
+                        std::span<const std::uint8_t> value) {
+  return WriteRecord(buffer, start, tag, value.size(),
+                     [value](std::uint8_t* out) { std::ranges::copy(value, out); });
 }
 
 MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data) {
-  if (auto refusal = CheckNotEmpty(data, "Leere Zeichenfolgen sind nicht erlaubt!", tag, start)) {
-    return refusal;
+  if (data.empty()) {
+    return CheckNotEmpty(data, "Leere Zeichenfolgen sind nicht erlaubt!", tag, start);
   }
-  const bool isPlain = std::all_of(data.begin(), data.end(), IsPlain);
-  const std::size_t length = isPlain ? data.size() : Utf16Length(data);
+  if (IsPlain(data.data(), data.size())) {
+    return WriteRecord(buffer, start, tag, data.size(),
+                       [data](std::uint8_t* out) { std::copy(data.begin(), data.end(), out); });
+  }
+  const std::size_t length = Utf16Length(data);
   if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(length))) {
     return refusal;
   }
   WriteHead(buffer, start, tag, length);
-  if (isPlain) {
-    std::copy(data.begin(), data.end(), ValueAt(buffer, start));
-    Advance(start, length);
-    return std::nullopt;
-  }
   std::int64_t at = std::int64_t{start} + kRecordHead;  // behind the last byte there may be no index
   char16_t refused = 0;
   std::size_t position = 0;
@@ -399,34 +418,20 @@ MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std
 }
 
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data) {
-  if (!data) {
-    return std::nullopt;
-  }
-  if (auto refusal = CheckWrite(buffer, start, 0)) {
-    return refusal;
-  }
-  WriteHead(buffer, start, tag, 0);
-  Advance(start, 0);
-  return std::nullopt;
+  return data ? WriteBytes(buffer, start, tag, {}) : std::nullopt;
 }
 
 MaybeRefusal WriteDigits(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view digits) {
-  const std::size_t length = (digits.size() + 1) / 2;
-  if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(length))) {
-    return refusal;
-  }
-  WriteHead(buffer, start, tag, length);
-  std::size_t nibble = digits.size() % 2;
-  unsigned byte = 0;
-  std::uint8_t* out = ValueAt(buffer, start);
-  for (const char digit : digits) {
-    byte = byte << 4 | static_cast<unsigned>(HexValue(static_cast<char16_t>(digit)));
-    if (++nibble % 2 == 0) {
-      *out++ = static_cast<std::uint8_t>(byte & 0xFF);
+  return WriteRecord(buffer, start, tag, (digits.size() + 1) / 2, [digits](std::uint8_t* out) {
+    std::size_t nibble = digits.size() % 2;
+    unsigned byte = 0;
+    for (const char digit : digits) {
+      byte = byte << 4 | static_cast<unsigned>(HexValue(static_cast<char16_t>(digit)));
+      if (++nibble % 2 == 0) {
+        *out++ = static_cast<std::uint8_t>(byte & 0xFF);
+      }
     }
-  }
-  Advance(start, length);
-  return std::nullopt;
+  });
 }
 
 MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,

@@ -34,24 +34,25 @@ constexpr std::string_view kTagLine = "\r\n    XML-Tag ..........: ";
 
 char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-bool EqualInAnyCase(char left, char right) { return LowerAscii(left) == LowerAscii(right); }
-
-/// Position of a text that is to be found in any case; nowhere for an empty one.
+/// Position of a text of two characters or more that is to be found in any case; nowhere for an empty one.
 std::size_t Find(std::string_view text, std::string_view wanted) {
   if (wanted.empty()) {
     return kNowhere;
   }
+  const auto isHere = [text, wanted](std::size_t at) {
+    return std::equal(wanted.begin(), wanted.end(), text.begin() + at,
+                      [](char left, char right) { return LowerAscii(left) == LowerAscii(right); });
+  };
   // Elements begin with a character that stands in few places.
-  const bool isLetter = LowerAscii(wanted[0]) >= 'a' && LowerAscii(wanted[0]) <= 'z';
+  const bool isElement = wanted[0] == '<';
   for (std::size_t at = 0; at + wanted.size() <= text.size(); ++at) {
-    if (!isLetter) {
-      at = text.find(wanted[0], at);
-      if (at == kNowhere) {
+    if (isElement) {
+      at = text.find('<', at);
+      if (at == kNowhere || at + wanted.size() > text.size()) {
         return kNowhere;
       }
     }
-    const std::string_view here = text.substr(at, wanted.size());
-    if (std::ranges::equal(here, wanted, EqualInAnyCase)) {
+    if (LowerAscii(text[at + 1]) == LowerAscii(wanted[1]) && isHere(at)) {
       return at;
     }
   }

@@ -1,8 +1,10 @@
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <new>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -132,12 +134,23 @@ Refusal OutsideRange(std::string_view current, std::string_view smallest, std::s
                   "\r\n    kleinster Wert ...: ", smallest, "\r\n    größter Wert .....: ", largest)};
 }
 
+/// A number below 100 as BCD.
+std::uint8_t TwoDigits(std::int32_t number) {
+  return static_cast<std::uint8_t>(number / 10 << 4 | number % 10);
+}
+
 MaybeRefusal WriteDate(ByteArray& buffer, std::int32_t& start, ZelTags tag, Date date) {
   const Date::Civil parts = date.ToCivil();
   const bool isMonth = IsMonth(tag);
   if (auto refusal = CheckWrite(buffer, start, isMonth ? kMonthBytes : kDateBytes)) {
     return refusal;
   }
+  if (parts.year >= 1000) {
+    const std::array<std::uint8_t, 4> bytes = {TwoDigits(parts.year / 100), TwoDigits(parts.year % 100),
+                                               TwoDigits(parts.month), TwoDigits(parts.day)};
+    return internal::WriteBytes(buffer, start, tag, std::span(bytes).first(isMonth ? 3 : 4));
+  }
+  // Leading zeros of the year are left out.
   return internal::WriteBcd(buffer, start, tag,
                             isMonth ? internal::FormatDigitsMonth(parts) : internal::FormatDigitsDate(parts),
                             false);
@@ -493,11 +506,9 @@ bool clsZelBaseCoding::GetZelTimes(const ByteArray& Buffer, std::int32_t& Start,
 
 bool clsZelBaseCoding::SetZelTimes(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, Date xDate) {
   return Code("SetZelTimes", Start, [&]() -> MaybeRefusal {
-    const std::string digits = internal::FormatDigitsTime(xDate.ToCivil());
-    if (auto refusal = CheckWrite(Buffer, Start, kTime.max)) {
-      return refusal;
-    }
-    return internal::WriteBcd(Buffer, Start, Tag, digits, true);
+    const Date::Civil parts = xDate.ToCivil();
+    const std::array<std::uint8_t, 2> bytes = {TwoDigits(parts.hour), TwoDigits(parts.minute)};
+    return internal::WriteBytes(Buffer, Start, Tag, bytes);
   });
 }
 

@@ -74,7 +74,7 @@ class VnObject {
       FileFault(operation, std::current_exception());
     }
     // What an operation met while another one of the same object ran it is logged at that one's exit.
-    if (--depth_ == 0 && logging == Logging::Failures) {
+    if (--depth_ == 0 && logging == Logging::Failures && logHandler_) {
       LogError();
     }
     return result;

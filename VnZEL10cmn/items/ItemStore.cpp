@@ -17,6 +17,7 @@ constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 constexpr std::uint32_t kFree = static_cast<std::uint32_t>(-1);
 constexpr std::size_t kSmallestTable = 16;
 constexpr std::size_t kFewGaps = 16;
+constexpr std::size_t kFirstSlots = 8;
 
 std::uint32_t IdStart(const std::uint8_t* id) {
   std::uint32_t start = 0;
@@ -66,7 +67,7 @@ void ItemStore::CountItems() {
 bool ItemStore::Append(const Item& item) {
   // Whatever needs memory comes first: nothing is half added when there is none.
   if (slots_.size() == slots_.capacity()) {
-    slots_.reserve(2 * slots_.size() + 1);
+    slots_.reserve(std::max(kFirstSlots, 2 * slots_.size()));
   }
   if (empty_ > 0 && counts_.size() == counts_.capacity()) {
     counts_.reserve(2 * counts_.size());

@@ -30,15 +30,11 @@ constexpr std::size_t kQuantityEnd = 12;
 
 bool IsPriceNumber(std::int32_t index) { return index >= 1 && index <= 6; }
 
-std::string QuantityText(Currency quantity) {
-  return internal::FormatNumber(quantity, internal::kQuantity, ".");
-}
-
-/// Whether a record was written; why not is not told.
-template <class Writer>
-bool Written(Writer&& writer) {
+/// Whether a record was read or written; why not is not told.
+template <class Operation>
+bool Done(Operation&& operation) {
   try {
-    return !writer();
+    return !operation();
   } catch (...) {
     return false;
   }
@@ -240,7 +236,8 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
     return Fail(ZELErrorCodes::Err_Ser_DataMissing,
                 Compose("Für den Posten ist keine", kCrLf, "Bezeichnung angegeben!"), operation);
   }
-  const std::string quantity = QuantityText(quantity_);
+  std::array<char, 24> digits{};
+  const std::string_view quantity = internal::FormatQuantity(quantity_, digits);
   if (quantity.size() >= kQuantityEnd) {
     return Fail(
         ZELErrorCodes::Err_Zel_CnvRange,
@@ -258,32 +255,32 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
   const auto deviceText = [&buffer](std::string_view text, std::size_t length) {
     return std::string_view(buffer.data(), internal::DeviceText(text, std::span(buffer).first(length)));
   };
-  if (!Written([&] { return internal::WriteAscii(data, start, ZelTags::Item_Quantity, quantity); })) {
+  if (!Done([&] { return internal::WriteAscii(data, start, ZelTags::Item_Quantity, quantity); })) {
     return fail("Mengenangabe");
   }
-  if (!unit_.empty() && !Written([&] {
+  if (!unit_.empty() && !Done([&] {
         return internal::WriteAscii(data, start, ZelTags::Item_Unit, deviceText(unit_, kUnitLength));
       })) {
     return fail("Mengeneinheit");
   }
-  if (!Written([&] {
+  if (!Done([&] {
         return internal::WriteAscii(data, start, ZelTags::Item_Name, deviceText(name_, kNameLength));
       })) {
     return fail("Bezeichnung");
   }
-  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, discSurc_); })) {
+  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, discSurc_); })) {
     return fail("Agenturgeschäft");
   }
-  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_Voucher, voucher_); })) {
+  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Voucher, voucher_); })) {
     return fail("Gutschein");
   }
-  if (!Written([&] { return internal::WriteBool(data, start, ZelTags::Item_Thirdparty, thirdParty_); })) {
+  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Thirdparty, thirdParty_); })) {
     return fail("Agenturgeschäft");
   }
   for (std::size_t slot = 0; slot < prices_.size(); ++slot) {
     const auto tag = static_cast<ZelTags>(static_cast<std::size_t>(ZelTags::Item_Price1) + slot);
     if (prices_[slot] != Currency() &&
-        !Written([&] { return internal::WriteAmount(data, start, tag, prices_[slot], false); })) {
+        !Done([&] { return internal::WriteAmount(data, start, tag, prices_[slot], false); })) {
       return fail(Compose("Preis ", slot));
     }
   }
@@ -305,13 +302,24 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
   if (const auto refusal = internal::CheckRecordEnd(data, start)) {
     return Fail(*refusal, operation);
   }
-  clsZelBaseCoding coder;
-  const auto fail = [&](std::string_view accessor) {
+  // What is wrong with a record is told by a coder.
+  const auto fail = [&](clsZelBaseCoding& coder, std::string_view accessor) {
     clsVnError& inner = coder.ErrorObject();
     return FailAs(inner, inner.ErrorMsg(), Compose(operation, ".[", accessor, "]"));
   };
   const auto readText = [&](std::string& text) {
-    return coder.GetDataAscii(data, start, text) || fail("GetDataAscii");
+    if (Done([&] { return internal::ReadAscii(data, start, text); })) {
+      return true;
+    }
+    clsZelBaseCoding coder;
+    return coder.GetDataAscii(data, start, text) || fail(coder, "GetDataAscii");
+  };
+  const auto readPrice = [&](ZelTags tag, Currency& price) {
+    if (Done([&] { return internal::ReadAmount(data, start, tag, price, false); })) {
+      return true;
+    }
+    clsZelBaseCoding coder;
+    return coder.GetZelAmounts(data, start, tag, price, false) || fail(coder, "GetZelAmountsSpec01");
   };
   const auto readFlag = [&](bool& flag) {
     flag = true;
@@ -347,7 +355,7 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
       case ZelTags::Item_Price5:
       case ZelTags::Item_Price6: {
         Currency price;
-        done = coder.GetZelAmounts(data, start, tag, price, false) || fail("GetZelAmountsSpec01");
+        done = readPrice(tag, price);
         if (done) {
           Price(static_cast<std::int32_t>(tag) - 176, price);
         }

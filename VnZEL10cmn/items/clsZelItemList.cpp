@@ -131,18 +131,35 @@ bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string
   if (reserved > data.UBound()) {
     data.RedimPreserve(static_cast<std::int32_t>(reserved));
   }
-  // By position, holding the item: a host's item may change the list while it is asked.
-  for (std::size_t i = 0; i < items_.Count(); ++i) {
-    const std::shared_ptr<IVnZelItem> item = items_.At(i);
-    const std::int32_t itemStart = start;
-    // A host's item that leaves the array, or takes back what others wrote, has failed whatever it says.
-    if (!item->BinaryDataGet(data, start) || start < itemStart || start > std::int64_t{data.UBound()} + 1) {
-      return Fail(ZELErrorCodes::Err_Ser_Failed,
-                  Compose("Das Serialisieren von Daten ist fehlgeschlagen.",
-                          "\r\n    Posten-Index ........: ", i + 1, " (1-basisiert)",
-                          "\r\n    Startpos ............: ", start, kInstanceLine, item->InstanceID()),
-                  operation);
+  std::size_t number = 0;
+  if (items_.HasCashItemsOnly()) {
+    for (const std::shared_ptr<IVnZelItem>& item : items_) {
+      if (!SerialiseItem(*item, ++number, data, start, operation)) {
+        return false;
+      }
     }
+    return true;
+  }
+  // By position, holding the item: a host's item may change the list while it is asked.
+  while (number < items_.Count()) {
+    const std::shared_ptr<IVnZelItem> item = items_.At(number);
+    if (!SerialiseItem(*item, ++number, data, start, operation)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool clsZelItemList::SerialiseItem(IVnZelItem& item, std::size_t number, ByteArray& data, std::int32_t& start,
+                                   std::string_view operation) {
+  const std::int32_t itemStart = start;
+  // A host's item that leaves the array, or takes back what others wrote, has failed whatever it says.
+  if (!item.BinaryDataGet(data, start) || start < itemStart || start > std::int64_t{data.UBound()} + 1) {
+    return Fail(
+        ZELErrorCodes::Err_Ser_Failed,
+        Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", number,
+                " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine, item.InstanceID()),
+        operation);
   }
   return true;
 }

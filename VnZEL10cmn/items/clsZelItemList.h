@@ -81,6 +81,8 @@ class clsZelItemList : public VnObject {
   friend struct ItemListAccess;
 
   bool Serialise(ByteArray& data, std::int32_t& start, std::string_view operation);
+  bool SerialiseItem(IVnZelItem& item, std::size_t number, ByteArray& data, std::int32_t& start,
+                     std::string_view operation);
   bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
   bool Append(const std::shared_ptr<IVnZelItem>& item);
   void LogEmptyNotice() noexcept;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -82,7 +83,26 @@ std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSe
   return FormatNumber(value, pattern, settings.decimal, settings.thousands);
 }
 
-std::uint64_t Hundredfold(Currency value) { return DropDecimals(Magnitude(value.Scaled()), 2); }
+std::string_view FormatQuantity(Currency value, std::array<char, 24>& buffer) {
+  const std::uint64_t magnitude = Magnitude(value.Scaled());
+  char* end = buffer.data();
+  if (value < Currency()) {
+    *end++ = '-';
+  }
+  end = std::to_chars(end, buffer.data() + buffer.size(), magnitude / 10000).ptr;
+  std::array<char, 4> places{};
+  const std::string_view decimals = Decimals(magnitude % 10000, 4, 0, places);
+  if (!decimals.empty()) {
+    *end++ = '.';
+    end = std::copy(decimals.begin(), decimals.end(), end);
+  }
+  return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
+}
+
+std::uint64_t Hundredfold(Currency value) {
+  const std::uint64_t magnitude = Magnitude(value.Scaled());
+  return magnitude / 100 + (magnitude % 100 >= 50 ? 1 : 0);
+}
 
 std::string FormatHundredfold(Currency value) {
   const std::uint64_t rounded = Hundredfold(value);

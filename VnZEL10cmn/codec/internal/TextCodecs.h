@@ -51,7 +51,11 @@ std::string UpperHex(std::span<const std::uint8_t> bytes);
 std::string LowerHex(std::span<const std::uint8_t> bytes);
 
 /// The value of an upper-case hexadecimal digit, or -1.
-int HexValue(char16_t digit);
+constexpr int HexValue(char16_t digit) {
+  if (digit >= '0' && digit <= '9') return digit - '0';
+  if (digit >= 'A' && digit <= 'F') return digit - 'A' + 10;
+  return -1;
+}
 
 /// Writes the first characters of a text into `out`, as many as it holds, in the form that the device takes: without
 /// blanks, in small letters, "#" for what is neither letter nor digit; a character of two UTF-16 code units is two.

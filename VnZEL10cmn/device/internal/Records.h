@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,6 +44,19 @@ inline std::string HexByte(ZelTags tag) { return HexByte(static_cast<std::uint8_
 /// Whether a complete record stands at `start`.
 MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limits = {}, ZelTags tag = {});
 
+/// The same without the reason: nearly every record is as it should be.
+inline bool IsRecord(const ByteArray& buffer, std::int32_t start, Limits limits = {}, ZelTags tag = {}) {
+  constexpr std::uint8_t longest = 127;
+  const std::int32_t first = buffer.LBound();
+  if (first < 0 || start < first || start >= buffer.UBound()) {
+    return false;
+  }
+  const std::uint8_t* const record = buffer.data() + (start - first);
+  return std::int64_t{start} + record[1] + 1 <= buffer.UBound() && record[1] <= longest &&
+         record[1] >= limits.min && (limits.max < 0 || record[1] <= limits.max) &&
+         (tag == ZelTags{} || static_cast<ZelTags>(record[0]) == tag);
+}
+
 /// Whether the record at `start` ends within the buffer: the one check that item and container readers make
 /// before they dispatch on tags.
 MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start);
@@ -50,9 +64,15 @@ MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start);
 /// Whether a record with a value of `length` bytes fits at `start`.
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length);
 
+[[noreturn]] void ThrowPositionOverflow();
+
 /// Moves `start` behind a record with a value of `length` bytes; throws std::overflow_error where no index
 /// follows.
-void Advance(std::int32_t& start, std::size_t length);
+inline void Advance(std::int32_t& start, std::size_t length) {
+  const std::int64_t behind = start + std::int64_t{kRecordHead} + static_cast<std::int64_t>(length);
+  if (behind > std::numeric_limits<std::int32_t>::max()) ThrowPositionOverflow();
+  start = static_cast<std::int32_t>(behind);
+}
 
 /// A tag that has no place where it was found.
 Refusal UnexpectedTag(std::uint8_t tag);
@@ -61,7 +81,10 @@ Refusal UnexpectedTag(std::uint8_t tag);
 // refusal `start` may have moved; the public operations put it back.
 
 /// The value of a record that is checked already.
-std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start);
+inline std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start) {
+  const std::uint8_t* const record = buffer.data() + (start - buffer.LBound());
+  return {record + kRecordHead, record[1]};
+}
 
 MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits = {});
 MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
@@ -74,6 +97,8 @@ std::optional<std::int64_t> BcdNumber(std::span<const std::uint8_t> value);
 std::optional<std::int64_t> SignedNumber(std::span<const std::uint8_t> value);
 
 MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, const ByteArray& data);
+MaybeRefusal WriteBytes(ByteArray& buffer, std::int32_t& start, ZelTags tag,
+                        std::span<const std::uint8_t> value);
 MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data);
 MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,

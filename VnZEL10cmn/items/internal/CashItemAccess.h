@@ -23,6 +23,9 @@ struct CashItemAccess {
     return item.MakeIdentity() ? item.id_.data() : nullptr;
   }
 
+  /// The prices of the VAT classes 0 to 5.
+  static const std::array<Currency, 6>& Prices(const clsZelItemCash& item) noexcept { return item.prices_; }
+
   /// In how many lists it is.
   static std::uint32_t& Lists(clsZelItemCash& item) noexcept { return item.lists_; }
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -35,6 +36,9 @@ std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view
 
 /// A number with the host's characters.
 std::string FormatNumber(Currency value, NumberPattern pattern, const RegionalSettings& settings);
+
+/// The number of a quantity as the device takes it, with a point before decimals other than zeros, in `buffer`.
+std::string_view FormatQuantity(Currency value, std::array<char, 24>& buffer);
 
 /// The hundredfold without its sign, rounded half away from zero to a whole number: an amount in cents.
 std::uint64_t Hundredfold(Currency value);
