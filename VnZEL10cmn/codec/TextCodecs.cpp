@@ -207,10 +207,10 @@ std::size_t DeviceText(std::string_view text, std::span<char> out) {
   while (at != end && to != full) {
     const auto first = static_cast<unsigned char>(*at);
     if (first < kDeviceCharacters.size()) {
-      // A blank's place is taken by what follows.
-      *to = kDeviceCharacters[first];
-      to += first == ' ' ? 0 : 1;
       ++at;
+      if (first != ' ') {
+        *to++ = kDeviceCharacters[first];
+      }
       continue;
     }
     std::string_view rest(at, static_cast<std::size_t>(end - at));

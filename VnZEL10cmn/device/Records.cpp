@@ -417,6 +417,23 @@ MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std
   return std::nullopt;
 }
 
+MaybeRefusal WriteDeviceText(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view text,
+                             std::size_t most) {
+  if (!Fits(buffer, start, static_cast<std::int64_t>(most))) {
+    std::string shortened(most, '\0');
+    shortened.resize(DeviceText(text, shortened));
+    return WriteAscii(buffer, start, tag, shortened);
+  }
+  std::uint8_t* const record = buffer.data() + (start - buffer.LBound());
+  const std::size_t length = DeviceText(text, {reinterpret_cast<char*>(record) + kRecordHead, most});
+  if (length == 0) {
+    return WriteAscii(buffer, start, tag, {});
+  }
+  WriteHead(buffer, start, tag, length);
+  Advance(start, length);
+  return std::nullopt;
+}
+
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data) {
   return data ? WriteBytes(buffer, start, tag, {}) : std::nullopt;
 }

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <span>
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
-#include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 #include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
@@ -251,21 +249,14 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
     return FailAs(inner, Compose("Objekt: \"", label, "\":", kCrLf, inner.ErrorMsg()),
                   Compose(operation, ".[", inner.ErrorFunction(), "]"));
   };
-  std::array<char, kNameLength> buffer{};
-  const auto deviceText = [&buffer](std::string_view text, std::size_t length) {
-    return std::string_view(buffer.data(), internal::DeviceText(text, std::span(buffer).first(length)));
-  };
   if (!Done([&] { return internal::WriteAscii(data, start, ZelTags::Item_Quantity, quantity); })) {
     return fail("Mengenangabe");
   }
-  if (!unit_.empty() && !Done([&] {
-        return internal::WriteAscii(data, start, ZelTags::Item_Unit, deviceText(unit_, kUnitLength));
-      })) {
+  if (!unit_.empty() &&
+      !Done([&] { return internal::WriteDeviceText(data, start, ZelTags::Item_Unit, unit_, kUnitLength); })) {
     return fail("Mengeneinheit");
   }
-  if (!Done([&] {
-        return internal::WriteAscii(data, start, ZelTags::Item_Name, deviceText(name_, kNameLength));
-      })) {
+  if (!Done([&] { return internal::WriteDeviceText(data, start, ZelTags::Item_Name, name_, kNameLength); })) {
     return fail("Bezeichnung");
   }
   if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, discSurc_); })) {

@@ -51,6 +51,13 @@ bool SavesWideRegisters() noexcept {
   return (saved & 6) == 6;
 }
 
+// This compiler puts 256-bit values on the stack as if Windows kept it aligned for them, which it does not.
+#if defined(__MINGW32__) && !defined(__clang__)
+constexpr bool kKeepsWideValuesAligned = false;
+#else
+constexpr bool kKeepsWideValuesAligned = true;
+#endif
+
 bool Bit(std::uint32_t value, int bit) noexcept { return (value >> bit & 1) != 0; }
 
 }  // namespace
@@ -64,7 +71,8 @@ Instructions ProcessorInstructions() noexcept {
   const bool bmi = Bit(extended[1], 3) && Bit(extended[1], 8);
   const bool avx2 = Bit(extended[1], 5);
   const bool sha = Bit(extended[1], 29);
-  return {ssse3, ssse3 && avx2 && bmi && osXsave && SavesWideRegisters(), ssse3 && sse41 && sha};
+  const bool wide = kKeepsWideValuesAligned && osXsave && SavesWideRegisters();
+  return {ssse3, ssse3 && avx2 && bmi && wide, ssse3 && sse41 && sha};
 }
 
 #else

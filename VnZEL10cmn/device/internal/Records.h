@@ -100,6 +100,9 @@ MaybeRefusal WriteBinary(ByteArray& buffer, std::int32_t& start, ZelTags tag, co
 MaybeRefusal WriteBytes(ByteArray& buffer, std::int32_t& start, ZelTags tag,
                         std::span<const std::uint8_t> value);
 MaybeRefusal WriteAscii(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data);
+/// Text in the form that the device takes, up to `most` characters of it.
+MaybeRefusal WriteDeviceText(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view text,
+                             std::size_t most);
 MaybeRefusal WriteBool(ByteArray& buffer, std::int32_t& start, ZelTags tag, bool data);
 MaybeRefusal WriteBcd(ByteArray& buffer, std::int32_t& start, ZelTags tag, std::string_view data,
                       bool leadZeroOk);
