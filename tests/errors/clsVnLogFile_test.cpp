@@ -706,6 +706,29 @@ TEST(FullDisk, AnEntryWrittenInPartFailsAndTheNextOneFollowsWhenThereIsRoom) {
   EXPECT_EQ(Unrepeated(ReadFile(dir.File("a.log"))), "first\r\nxnext\r\n");
 }
 
+TEST(FullDisk, WhereverItEndsAnEntryIsWholeOrFails) {
+  HostItem first("the first entry");
+  HostItem second("the second entry");
+  const std::string whole = "the first entry\r\nthe second entry\r\n";
+  const std::size_t firstSize = std::string("the first entry\r\n").size();
+  for (rlim_t room = 0; room <= whole.size(); ++room) {
+    const TempDir dir;
+    clsVnLogFile file;
+    ASSERT_TRUE(file.FileOpen(dir.File("a.log")));
+    bool written[2];
+    {
+      const SizeLimit limit(room);
+      ASSERT_TRUE(limit.Set());
+      written[0] = file.FileWriteEntry(first);
+      written[1] = file.FileWriteEntry(second);
+    }
+    EXPECT_EQ(written[0], room >= firstSize) << room;
+    EXPECT_EQ(written[1], room >= whole.size()) << room;
+    EXPECT_EQ(ReadFile(dir.File("a.log")).substr(0, firstSize),
+              whole.substr(0, std::min<rlim_t>(room, firstSize)));
+  }
+}
+
 /// A failing operation with such a log file answers as it does without one.
 void ExpectUndisturbed(const std::shared_ptr<clsVnLogFile>& log) {
   clsHelper01 helper;
@@ -736,6 +759,35 @@ TEST(LoggingFailures, NeverDisturbTheOperationThatWantedToLog) {
     ExpectUndisturbed(full);
     EXPECT_TRUE(ErrorOf(*full).HasError());
   }
+}
+
+/// Closes the descriptor under which this process has a file open, as a host does that closes one too many.
+bool CloseDescriptorOf(const std::string& name) {
+  for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    if (std::filesystem::read_symlink(entry.path(), gone) == name) {
+      return close(std::stoi(entry.path().filename().string())) == 0;
+    }
+  }
+  return false;
+}
+
+TEST(LoggingFailures, AClosedDescriptorIsOneAndTheFileCanBeOpenedAgain) {
+  const TempDir dir;
+  const std::string name = std::filesystem::canonical(dir.Path()).string() + "/a.log";
+  const auto log = std::make_shared<clsVnLogFile>();
+  ASSERT_TRUE(log->FileOpen(name));
+  if (!CloseDescriptorOf(name)) {
+    GTEST_SKIP() << "no list of descriptors here";
+  }
+  ExpectUndisturbed(log);
+  EXPECT_TRUE(ErrorOf(*log).HasError());
+  HostItem item("entry");
+  EXPECT_FALSE(log->FileWriteEntry(item));
+  EXPECT_TRUE(log->FileClose());
+  EXPECT_TRUE(log->FileOpen());
+  EXPECT_TRUE(log->FileWriteEntry(item));
+  EXPECT_EQ(ReadFile(name), "entry\r\n");
 }
 
 }  // namespace
