@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
+#include <iostream>
 #include <map>
 #include <random>
 #include <thread>
@@ -116,6 +117,12 @@ class Kill : public DeviceTest {
     return true;
   }
 
+  /// How many bookings and data records were answered, each under a sequence number of its own.
+  std::ptrdiff_t Signings() const {
+    return std::count_if(answered_.begin(), answered_.end(),
+                         [](const auto& answer) { return !answer.first.first; });
+  }
+
   /// Whether what was recorded is what was answered, if the answer got out.
   void ExpectAnswered(const SignedRequest& recorded, std::size_t& answers) const {
     const auto answer = answered_.find({IsReport(recorded.command), recorded.sequenceNumber});
@@ -184,16 +191,24 @@ class Kill : public DeviceTest {
   std::map<std::pair<bool, std::uint32_t>, Bytes> answered_;
 };
 
-TEST_F(Kill, LosesNothingAndGivesNoNumberTwice) {
+TEST_F(Kill, LosesNothingOfAThousandSignings) {
+  const unsigned seed = std::random_device()();
+  std::cout << "seed " << seed << "\n";
+  random_.seed(seed);
   static_cast<void>(Open());
+  int kills = 0;
   int interrupted = 0;
-  for (int round = 0; round < 100; ++round) {
-    SignAndKill(1, 2, std::chrono::milliseconds(20));
-    ASSERT_FALSE(HasFatalFailure()) << "round " << round;
+  for (; Signings() < 1000; ++kills) {
+    SignAndKill(1, static_cast<int>(random_() % 20), std::chrono::milliseconds(20));
+    ASSERT_FALSE(HasFatalFailure()) << "kill " << kills << ", seed " << seed;
     interrupted += std::filesystem::exists(File().string() + "-journal") ? 1 : 0;
   }
-  EXPECT_GT(interrupted, 0) << "no process was killed amid a request";
+  EXPECT_GT(kills, 30);
+  EXPECT_GT(interrupted, 0) << "no process was killed amid a request, seed " << seed;
+  RecordProperty("kills", kills);
+  RecordProperty("interrupted", interrupted);
   ExpectConsistent();
+  EXPECT_FALSE(HasFailure()) << "seed " << seed;
 }
 
 TEST_F(Kill, DoesNotDisturbOtherProcesses) {
