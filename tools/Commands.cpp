@@ -91,12 +91,16 @@ void ExpectClosed(const softdevice::Device& device, const fs::path& path) {
 }
 
 /// Ends the day: a signed closing, which is read back from its document and compared with the bookings.
-void CloseDay(const DaySummary& summary, softdevice::Device& device, const fs::path& path,
-              const DayOptions& options) {
+void CloseDay(const DaySummary& summary, softdevice::Device& device, const fs::path& devicePath,
+              const fs::path& path, const DayOptions& options) {
   OutputFile target(path, options.force, kSmallDocument);
   clsZelReport closing;
-  AnswerReport(closing, VnZEL10cmn::ZelReportType::Signed, device);
-  target.Write(ExportDocument(closing));
+  const Exchange exchange = AnswerReport(closing, VnZEL10cmn::ZelReportType::Signed, device);
+  try {
+    target.Write(ExportDocument(closing));
+  } catch (const std::exception& failure) {
+    FailAfter(failure, exchange.number, "report", "report --device " + OneLine(devicePath.string()));
+  }
 
   const std::string xml = ReadFile(path);
   clsZelReport read;
@@ -204,7 +208,7 @@ void RunDay(const DayOptions& options) {
   Print(TextOf(*last));
   Print("\n" + std::to_string(documents.size()) + " documents written to " + OneLine(options.out.string()) +
         ", read back and verified\n\n" + summary.ToText() + "\n");
-  CloseDay(summary, device, closingPath, options);
+  CloseDay(summary, device, devicePath, closingPath, options);
 }
 
 }  // namespace zel

@@ -24,6 +24,16 @@ void ExpectOtherFile(const fs::path& out, const fs::path& input) {
   }
 }
 
+void FailAfter(const std::exception& failure, std::uint32_t number, const std::string& what,
+               const std::string& command) {
+  throw Failure(ExitStatus::Trouble,
+                std::string(failure.what()) +
+                    (number == 0 ? ""
+                                 : "; the device has signed it as " + what + " " + std::to_string(number) +
+                                       " and keeps it: write its document with 'zel " + command +
+                                       " --resume " + std::to_string(number) + "'"));
+}
+
 void SayUncertified(const fs::path& device) {
   Say("the device " + Quoted(device) +
       " is a software device for development and tests, not a certified one");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <string>
 
@@ -27,6 +29,11 @@ void MakeFolder(const std::filesystem::path& folder);
 
 /// Even --force must not replace what the document is made from.
 void ExpectOtherFile(const std::filesystem::path& out, const std::filesystem::path& input);
+
+/// Says of a document that can't be written what the device has recorded, and the command that writes it then; the
+/// number is 0 when that is nothing.
+[[noreturn]] void FailAfter(const std::exception& failure, std::uint32_t number, const std::string& what,
+                            const std::string& command);
 
 void SayUncertified(const std::filesystem::path& device);
 

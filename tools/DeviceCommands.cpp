@@ -87,8 +87,11 @@ std::string ToJson(const softdevice::Device& device, const softdevice::DeviceSta
 void RunDeviceInit(const DeviceInitOptions& options) {
   CheckIdentity(options);
   const fs::path path = options.device ? *options.device : DefaultDevicePath();
+  // An empty file is what is left of a device that couldn't be made.
   std::error_code ignored;
-  if (fs::exists(path, ignored)) throw Failure(ExitStatus::Trouble, Quoted(path) + " exists already");
+  if (fs::exists(path, ignored) && fs::file_size(path, ignored) != 0) {
+    throw Failure(ExitStatus::Trouble, Quoted(path) + " exists already");
+  }
   if (!options.device) MakeFolder(path.parent_path());
   const softdevice::Device device = MakeDevice(path, {.create = true,
                                                       .taxpayerId = options.taxpayer,

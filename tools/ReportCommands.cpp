@@ -67,17 +67,6 @@ ZelReportType TypeOf(const ReportOptions& options) {
                                   : ZelReportType::Signed;
 }
 
-/// What is to be said of a report that the device recorded, but whose document can't be written.
-[[noreturn]] void FailAfter(const std::exception& failure, std::uint32_t number, const std::string& what,
-                            const std::string& command) {
-  throw Failure(ExitStatus::Trouble,
-                std::string(failure.what()) +
-                    (number == 0 ? ""
-                                 : "; the device has signed it as " + what + " " + std::to_string(number) +
-                                       " and keeps it: write its document with 'zel " + command +
-                                       " --resume " + std::to_string(number) + "'"));
-}
-
 ZELDataSignTypes SignTypeOf(const std::string& type) {
   if (type == "only") return ZELDataSignTypes::DataOnly;
   if (type == "id") return ZELDataSignTypes::DataAndTpID;
