@@ -9,7 +9,7 @@ namespace {
 using namespace VnZEL10cmn;
 
 void ItemSizes(benchmark::internal::Benchmark* benchmark) {
-  benchmark->Arg(1)->Arg(10)->Arg(100)->Arg(10000)->Arg(100000)->Unit(benchmark::kMicrosecond);
+  benchmark->Arg(10)->Arg(100)->Arg(100000)->Unit(benchmark::kMicrosecond);
 }
 
 void PerItem(benchmark::State& state) {
@@ -165,6 +165,6 @@ void BM_RemoveItemByID(benchmark::State& state) {
   }
   PerItem(state);
 }
-BENCHMARK(BM_RemoveItemByID)->Arg(100)->Arg(10000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_RemoveItemByID)->Arg(100)->Arg(100000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
