@@ -56,10 +56,21 @@ bool DeviceDocument::ProducerFailed(std::string_view header) {
 }
 
 bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementTexts& texts,
-                                    std::string& content, std::string* profile) {
+                                    std::string_view& content, std::string* profile) {
   constexpr std::string_view function = "DecodeXML";
-  if (!coder_.GetXmlTag(document, texts.tag, content, profile) && internal::HasElement(document, texts.tag)) {
-    return Fail(ZELErrorCodes::Err_Ser_Failed, texts.damaged, Compose(function, texts.damagedIn));
+  std::string_view found;
+  std::string_view foundProfile;
+  if (internal::FindElement(document, texts.tag, found, foundProfile)) {
+    // The coder tells the log what is wrong.
+    std::string none;
+    coder_.GetXmlTag(document, texts.tag, none);
+    if (internal::HasElement(document, texts.tag)) {
+      return Fail(ZELErrorCodes::Err_Ser_Failed, texts.damaged, Compose(function, texts.damagedIn));
+    }
+  }
+  content = found;
+  if (profile != nullptr) {
+    *profile = foundProfile;
   }
   return content.empty() ? Fail(texts.emptyNumber, texts.empty, function) : true;
 }
@@ -67,7 +78,7 @@ bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementText
 bool DeviceDocument::ReadXmlBytes(std::string_view document, const ElementTexts& texts,
                                   std::string_view undecodable, std::string_view undecodableIn,
                                   ByteArray& bytes, std::string* profile) {
-  std::string content;
+  std::string_view content;
   return ReadXmlElement(document, texts, content, profile) &&
          (helper_.FromBase64String(content, bytes) ||
           Fail(ZELErrorCodes::Err_Ser_Failed, undecodable, Compose("DecodeXML", undecodableIn)));

@@ -45,8 +45,8 @@ class DeviceDocument : public VnObject {
   /// Says that producing bytes failed, unless the producer told its own reason. Always False.
   bool ProducerFailed(std::string_view header);
 
-  /// The content of an element; one that is not there at all counts as empty.
-  bool ReadXmlElement(std::string_view document, const ElementTexts& texts, std::string& content,
+  /// The content of an element, a part of the document; one that is not there at all counts as empty.
+  bool ReadXmlElement(std::string_view document, const ElementTexts& texts, std::string_view& content,
                       std::string* profile = nullptr);
 
   /// The same for Base64 content; a failure to decode it has its message and the callee named then.

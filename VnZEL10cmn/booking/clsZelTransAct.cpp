@@ -429,11 +429,13 @@ bool clsZelTransAct::DecodeXML(std::string_view xmlData) {
   constexpr std::string_view function = "DecodeXML";
   constexpr auto failed = ZELErrorCodes::Err_Ser_Failed;
   constexpr auto missing = ZELErrorCodes::Err_Ser_DataMissing;
-  std::string document;
+  // A host's item factory may change the text that it was given.
+  const std::string kept(xmlData);
+  std::string_view document;
   std::string profile;
   ByteArray bytes;
 
-  if (!ReadXmlElement(xmlData,
+  if (!ReadXmlElement(kept,
                       {ZelXmlTags::Transaction, internal::kTransactionNotFound, ".[GetXmlTag]",
                        internal::kNoTransaction, failed},
                       document)) {

@@ -125,8 +125,11 @@ std::size_t DecodeBase64Digits(std::string_view text, std::span<std::uint8_t> ou
 #if VNZEL_X86_64
   if (usable.avx2) {
     done = DecodeBase64Avx2(text.data(), text.size(), out.data(), out.size());
-  } else if (usable.ssse3) {
-    done = DecodeBase64Ssse3(text.data(), text.size(), out.data(), out.size());
+  }
+  if (usable.ssse3) {
+    const std::size_t written = done / 4 * 3;
+    done +=
+        DecodeBase64Ssse3(text.data() + done, text.size() - done, out.data() + written, out.size() - written);
   }
 #endif
   std::uint8_t* to = out.data() + done / 4 * 3;

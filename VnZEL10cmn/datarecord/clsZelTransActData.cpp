@@ -302,7 +302,7 @@ bool clsZelTransActData::DecodeXML(std::string_view xmlData) {
   constexpr auto missing = ZELErrorCodes::Err_Ser_DataMissing;
   constexpr std::string_view notFoundIn = ".[GetXmlTag]";
   constexpr std::string_view notBase64In = ".[FromBase64String]";
-  std::string document;
+  std::string_view document;
   ByteArray bytes;
   if (!ReadXmlElement(xmlData,
                       {ZelXmlTags::Transaction, internal::kTransactionNotFound, notFoundIn,

@@ -32,7 +32,8 @@ Refusal TooManyDigits(ZELErrorCodes number, std::size_t most, std::string_view t
 /// Packs a number's digits into the bytes before `end`, and returns the bytes from its first digit on.
 std::span<const std::uint8_t> PackBcd(std::uint64_t number, std::span<std::uint8_t> bytes, std::size_t end) {
   for (; number > 0; number /= 100) {
-    bytes[--end] = static_cast<std::uint8_t>(number % 100 / 10 << 4 | number % 10);
+    const auto pair = static_cast<unsigned>(number % 100);
+    bytes[--end] = static_cast<std::uint8_t>(pair + pair / 10 * 6);  // ten counts as sixteen
   }
   return bytes.subspan(end);
 }

@@ -19,9 +19,10 @@ constexpr std::size_t kSmallestTable = 16;
 constexpr std::size_t kFewGaps = 16;
 constexpr std::size_t kFirstSlots = 8;
 
-std::uint32_t IdStart(const std::uint8_t* id) {
+/// Instance IDs are random: any bits of them are as good as a hash.
+std::size_t HashOf(const std::array<std::uint8_t, 16>& id) {
   std::uint32_t start = 0;
-  std::memcpy(&start, id, sizeof start);
+  std::memcpy(&start, id.data(), sizeof start);
   return start;
 }
 
@@ -109,23 +110,19 @@ std::size_t ItemStore::FindSlot(std::string_view id) const {
     }
   }
   const auto bytes = platform::GuidBytes(id);
-  return bytes ? FindCashItem(bytes->data()) : kNowhere;
+  return bytes ? FindCashItem(*bytes) : kNowhere;
 }
 
-std::size_t ItemStore::FindCashItem(const std::uint8_t* id) const {
+std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) const {
   IndexNewSlots();
-  const std::uint32_t start = IdStart(id);
   const std::size_t mask = table_.size() - 1;
-  for (std::size_t at = start; !table_.empty(); ++at) {
+  for (std::size_t at = HashOf(id); !table_.empty(); ++at) {
     const Entry& entry = table_[at & mask];
     if (entry.slot == kFree) {
       break;
     }
-    if (entry.idStart == start && slots_[entry.slot]) {
-      clsZelItemCash* const cash = CashItemAccess::Get(*slots_[entry.slot]);
-      if (std::memcmp(CashItemAccess::Id(*cash), id, platform::kGuidSize) == 0) {
-        return entry.slot;
-      }
+    if (entry.id == id && slots_[entry.slot]) {
+      return entry.slot;
     }
   }
   return kNowhere;
@@ -135,7 +132,7 @@ void ItemStore::IndexNewSlots() const {
   // Never more than half full.
   const std::size_t needed = std::max(kSmallestTable, std::bit_ceil(2 * slots_.size()));
   if (entered_ < slots_.size() && table_.size() < needed) {
-    std::vector<Entry> old(needed, Entry{0, kFree});
+    std::vector<Entry> old(needed, Entry{{}, kFree});
     old.swap(table_);
     for (const Entry& entry : old) {
       if (entry.slot != kFree) Enter(entry);
@@ -144,15 +141,15 @@ void ItemStore::IndexNewSlots() const {
   for (; entered_ < slots_.size(); ++entered_) {
     const Item& item = slots_[entered_];
     clsZelItemCash* const cash = item ? CashItemAccess::Get(*item) : nullptr;
-    const std::uint8_t* const id = cash == nullptr ? nullptr : CashItemAccess::Id(*cash);
+    const auto* const id = cash == nullptr ? nullptr : CashItemAccess::Id(*cash);
     if (id != nullptr) {
-      Enter({IdStart(id), static_cast<std::uint32_t>(entered_)});
+      Enter({*id, static_cast<std::uint32_t>(entered_)});
     }
   }
 }
 
 void ItemStore::Enter(Entry entry) const noexcept {
-  std::size_t at = entry.idStart;
+  std::size_t at = HashOf(entry.id);
   while (table_[at & (table_.size() - 1)].slot != kFree) {
     ++at;
   }
@@ -161,9 +158,9 @@ void ItemStore::Enter(Entry entry) const noexcept {
 
 std::size_t ItemStore::FindSlotOf(const Item& item) const {
   if (clsZelItemCash* const cash = CashItemAccess::Get(*item)) {
-    const std::uint8_t* const id = CashItemAccess::Id(*cash);
+    const auto* const id = CashItemAccess::Id(*cash);
     if (id != nullptr) {
-      return FindCashItem(id);
+      return FindCashItem(*id);
     }
   } else {
     const auto found = foreign_.find(item->InstanceID());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -92,9 +93,9 @@ class ItemStore {
   void Clear() noexcept;
 
  private:
-  /// Where an item stands whose instance ID begins with these 32 bits.
+  /// Where the item with an instance ID stands.
   struct Entry {
-    std::uint32_t idStart;
+    std::array<std::uint8_t, 16> id;
     std::uint32_t slot;
   };
 
@@ -106,7 +107,7 @@ class ItemStore {
 
   std::size_t SlotAt(std::size_t position) const noexcept;
   std::size_t FindSlot(std::string_view id) const;
-  std::size_t FindCashItem(const std::uint8_t* id) const;
+  std::size_t FindCashItem(const std::array<std::uint8_t, 16>& id) const;
   std::size_t FindSlotOf(const Item& item) const;
   void IndexNewSlots() const;
   void Enter(Entry entry) const noexcept;

@@ -2,14 +2,17 @@
 
 #include <algorithm>
 #include <limits>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
-#include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/codec/internal/Sha.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 #include "VnZEL10cmn/device/internal/Records.h"
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
 #include "VnZEL10cmn/errors/clsVnLogItem.h"
+#include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -64,12 +67,12 @@ bool clsZelItemList::GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::s
     if (!Serialise(data, length, operation)) {
       return false;
     }
-    data.RedimPreserve(length - 1);
-    clsHelper01 helper;
-    ByteArray digest;
-    if (!(Bit256 ? helper.GetSHA256Hash1(data, digest) : helper.GetSHA1Hash1(data, digest))) {
-      return FailAs(helper.ErrorObject(), helper.ErrorObject().ErrorMsg(),
-                    Bit256 ? "GetItemHash.[GetSHA256Hash1]" : "GetItemHash.[GetSHA1Hash1]");
+    const std::span<const std::uint8_t> bytes(data.data(), static_cast<std::size_t>(length));
+    const ByteArray digest =
+        Bit256 ? ByteArray(internal::Sha256OfCodePageBytes(bytes)) : ByteArray(internal::Sha1(bytes));
+    if (!AsBase32 && !ZelGrp) {
+      internal::EncodeBase64({digest.data(), digest.size()}, HASH);
+      return true;
     }
     clsZelBaseCoding coder;
     return coder.GetZelSingatureString(digest, HASH, ZelGrp ? kHashGroup : 0, GrpSep, AsBase32) ||
@@ -196,9 +199,6 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
                 operation);
   }
   Clear();
-  if (!itemFactory_) {
-    itemFactory_ = std::make_shared<clsZelListItemFact>();
-  }
   for (std::int32_t number = 1; start < end; ++number) {
     const std::int32_t itemStart = start;
     const auto fail = [&](ZELErrorCodes code, std::string_view message) {
@@ -208,7 +208,8 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
                           internal::HexDigits(data[itemStart + 1]), "\r\n    lfd. Postennr. ..: ", number),
                   operation);
     };
-    std::shared_ptr<IVnZelItem> item = itemFactory_->CreateNewItem();
+    const std::shared_ptr<IVnZelItem> item =
+        itemFactory_ ? itemFactory_->CreateNewItem() : std::make_shared<clsZelItemCash>();
     if (!item && itemFactory_->HasError()) {
       clsVnError& inner = itemFactory_->ErrorObject();
       return FailAs(inner, inner.ErrorMsg(), "BinaryDataSet.[CreateNewItem]");

@@ -330,11 +330,13 @@ bool clsZelReport::EncodeXML(std::string& xmlData, std::int32_t intent) {
 
 bool clsZelReport::DecodeXML(std::string_view xmlData) {
   constexpr std::string_view function = "DecodeXML";
-  std::string document;
+  // A host's item factory may change the text that it was given.
+  const std::string kept(xmlData);
+  std::string_view document;
   std::string profile;
   ByteArray bytes;
 
-  if (!ReadXmlElement(xmlData,
+  if (!ReadXmlElement(kept,
                       {ZelXmlTags::Report, "Das Ermitteln des Reports schlug fehl!", ".[GetXmlTag]",
                        "Es konnte kein Reportdatensatz gefunden werden.", kFailed},
                       document)) {

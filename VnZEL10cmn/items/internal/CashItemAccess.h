@@ -19,8 +19,8 @@ struct CashItemAccess {
   }
 
   /// The bytes of the instance ID, which is made if there is none yet; none where the system has none to give.
-  static const std::uint8_t* Id(clsZelItemCash& item) {
-    return item.MakeIdentity() ? item.id_.data() : nullptr;
+  static const std::array<std::uint8_t, 16>* Id(clsZelItemCash& item) {
+    return item.MakeIdentity() ? &item.id_ : nullptr;
   }
 
   /// The prices of the VAT classes 0 to 5.
