@@ -18,6 +18,7 @@ constexpr std::uint32_t kFree = static_cast<std::uint32_t>(-1);
 constexpr std::size_t kSmallestTable = 16;
 constexpr std::size_t kFewGaps = 16;
 constexpr std::size_t kFirstSlots = 8;
+constexpr std::size_t kShortList = 256;
 
 /// Instance IDs are random: any bits of them are as good as a hash.
 std::size_t HashOf(const std::array<std::uint8_t, 16>& id) {
@@ -226,12 +227,17 @@ void ItemStore::Release(const Item& item) noexcept {
 void ItemStore::Clear() noexcept {
   std::for_each(slots_.begin(), slots_.end(), Release);
   // The items go last: their destructors may be a host's.
-  const std::vector<Item> items = std::move(slots_);
+  std::vector<Item> items = std::move(slots_);
   slots_.clear();
   counts_.clear();
   table_.clear();
   foreign_.clear();
   empty_ = first_ = entered_ = 0;
+  items.clear();
+  // The next items of a short list find their room again.
+  if (slots_.empty() && items.capacity() <= kShortList) {
+    slots_.swap(items);
+  }
 }
 
 }  // namespace VnZEL10cmn

@@ -259,13 +259,14 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
   if (!Done([&] { return internal::WriteDeviceText(data, start, ZelTags::Item_Name, name_, kNameLength); })) {
     return fail("Bezeichnung");
   }
-  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, discSurc_); })) {
+  if (discSurc_ && !Done([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, true); })) {
     return fail("Agenturgeschäft");
   }
-  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Voucher, voucher_); })) {
+  if (voucher_ && !Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Voucher, true); })) {
     return fail("Gutschein");
   }
-  if (!Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Thirdparty, thirdParty_); })) {
+  if (thirdParty_ &&
+      !Done([&] { return internal::WriteBool(data, start, ZelTags::Item_Thirdparty, true); })) {
     return fail("Agenturgeschäft");
   }
   for (std::size_t slot = 0; slot < prices_.size(); ++slot) {

@@ -28,7 +28,7 @@ void AppendPadded(std::string& text, std::int32_t value, std::size_t digits) {
 }
 
 /// The decimals of a number below 10^`places`, but not the zeros behind the first `least` ones.
-std::string_view Decimals(std::uint64_t value, int places, int least, std::array<char, 4>& buffer) {
+std::string_view Decimals(std::uint32_t value, int places, int least, std::array<char, 4>& buffer) {
   for (int place = places; place > 0; --place, value /= 10) {
     buffer[static_cast<std::size_t>(place - 1)] = static_cast<char>('0' + value % 10);
   }
@@ -72,7 +72,7 @@ std::string FormatNumber(Currency value, NumberPattern pattern, std::string_view
   }
   std::array<char, 4> buffer{};
   const std::string_view decimals =
-      Decimals(rounded % unit, pattern.maxDecimals, pattern.minDecimals, buffer);
+      Decimals(static_cast<std::uint32_t>(rounded % unit), pattern.maxDecimals, pattern.minDecimals, buffer);
   if (!decimals.empty()) {
     text.append(decimalSeparator).append(decimals);
   }
@@ -91,7 +91,7 @@ std::string_view FormatQuantity(Currency value, std::array<char, 24>& buffer) {
   }
   end = std::to_chars(end, buffer.data() + buffer.size(), magnitude / 10000).ptr;
   std::array<char, 4> places{};
-  const std::string_view decimals = Decimals(magnitude % 10000, 4, 0, places);
+  const std::string_view decimals = Decimals(static_cast<std::uint32_t>(magnitude % 10000), 4, 0, places);
   if (!decimals.empty()) {
     *end++ = '.';
     end = std::copy(decimals.begin(), decimals.end(), end);
