@@ -685,6 +685,9 @@ void WriteCodecs(Folder& folder) {
   folder.Write(
       "codecs", "seed-numbers-outside",
       Seed{8}.Number(0, 4).Add(0).Number(~std::uint64_t{0} / 2, 8).Add(9).Add(0).Add(0).Add(0).Add("a"));
+  folder.Write("codecs", "seed-paths-bytes", Seed{9}.Add(Bytes(200, 0xA7)));
+  folder.Write("codecs", "seed-paths-digits", Seed{10, 32}.Add(Bytes(200, 'b')));
+  folder.Write("codecs", "seed-paths-other-character", Seed{10, 32}.Add(Bytes(100, 'F')).Add(" ").Add("AF"));
 }
 
 void WriteRoundings(Folder& folder) {

@@ -1,13 +1,18 @@
 // Text codecs, hashes, and the byte and text helpers.
 
+#include <openssl/evp.h>
 #include <openssl/sha.h>
 
+#include <algorithm>
 #include <array>
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "VnZEL10cmn/codec/internal/Sha.h"
+#include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "fuzz/Records.h"
 #include "fuzz/Targets.h"
 
@@ -302,11 +307,91 @@ void Numbers(Input& input) {
   }
 }
 
+/// Runs a check of the inner loops in every form that this processor has, the portable one among them.
+template <class Check>
+void OnEveryPath(Check&& check) {
+  using VnZEL10cmn::platform::Permitted;
+  using VnZEL10cmn::platform::ProcessorInstructions;
+  for (const std::string_view names : {"", "ssse3", "ssse3,avx2", "sha"}) {
+    check(Permitted(ProcessorInstructions(), names));
+  }
+}
+
+/// Bytes whose memory ends with the last of them.
+void PathsFromBytes(Input& input) {
+  const Bytes rest = input.Rest();
+  const std::vector<std::uint8_t> bytes(rest.begin(), rest.end());
+  std::vector<std::uint8_t> sha1(SHA_DIGEST_LENGTH);
+  SHA1(bytes.data(), bytes.size(), sha1.data());
+  std::vector<std::uint8_t> sha256(SHA256_DIGEST_LENGTH);
+  SHA256(bytes.data(), bytes.size(), sha256.data());
+  std::string base64((bytes.size() + 2) / 3 * 4 + 1, '\0');
+  EVP_EncodeBlock(reinterpret_cast<unsigned char*>(base64.data()), bytes.data(),
+                  static_cast<int>(bytes.size()));
+  base64.pop_back();
+  std::string hex;
+  for (const std::uint8_t byte : bytes) {
+    hex.push_back("0123456789ABCDEF"[byte / 16]);
+    hex.push_back("0123456789ABCDEF"[byte % 16]);
+  }
+  OnEveryPath([&](VnZEL10cmn::platform::Instructions path) {
+    std::string text = "before";
+    FUZZ_CHECK(std::ranges::equal(VnZEL10cmn::internal::Sha1(bytes, path), sha1));
+    FUZZ_CHECK(std::ranges::equal(VnZEL10cmn::internal::Sha256(bytes, path), sha256));
+    VnZEL10cmn::internal::EncodeBase64(bytes, text, path);
+    FUZZ_CHECK(text == base64);
+    VnZEL10cmn::internal::EncodeUpperHex(bytes, text, path);
+    FUZZ_CHECK(text == hex);
+  });
+}
+
+/// The bytes of digits of so many bits each, up to the first group of `group` digits that holds anything else.
+std::vector<std::uint8_t> DigitBytes(std::string_view text, std::string_view digits, std::size_t bits,
+                                     std::size_t group) {
+  std::vector<std::uint8_t> bytes;
+  for (; text.size() >= group; text.remove_prefix(group)) {
+    std::uint32_t value = 0;
+    for (const char digit : text.substr(0, group)) {
+      const std::size_t found = digits.find(digit);
+      if (found == std::string_view::npos) {
+        return bytes;
+      }
+      value = value << bits | static_cast<std::uint32_t>(found % (std::size_t{1} << bits));
+    }
+    for (std::size_t left = bits * group; left > 0; left -= 8) {
+      bytes.push_back(static_cast<std::uint8_t>(value >> (left - 8)));
+    }
+  }
+  return bytes;
+}
+
+/// A text whose memory ends with its last character, decoded into as much room as it may take. Characters are sought
+/// above any ASCII character but the last, above which there is none.
+void PathsFromText(Input& input) {
+  const auto low = static_cast<char>(input.Byte() % 127);
+  const Bytes rest = input.Rest();
+  const std::vector<char> characters(rest.begin(), rest.end());
+  const std::string_view text(characters.data(), characters.size());
+  const std::vector<std::uint8_t> base64 =
+      DigitBytes(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/", 6, 4);
+  const std::vector<std::uint8_t> hex = DigitBytes(text, "0123456789ABCDEF0123456789abcdef", 4, 2);
+  const bool above = std::ranges::all_of(text, [low](char c) { return c > low; });
+  OnEveryPath([&](VnZEL10cmn::platform::Instructions path) {
+    std::vector<std::uint8_t> out(text.size() / 4 * 3);
+    FUZZ_CHECK(VnZEL10cmn::internal::DecodeBase64Digits(text, out, path) == base64.size() / 3 * 4);
+    FUZZ_CHECK(std::equal(base64.begin(), base64.end(), out.begin()));
+    out = std::vector<std::uint8_t>(text.size() / 2);
+    FUZZ_CHECK(VnZEL10cmn::internal::DecodeHexDigits(text, out, path) == hex.size() * 2);
+    FUZZ_CHECK(std::equal(hex.begin(), hex.end(), out.begin()));
+    FUZZ_CHECK(VnZEL10cmn::internal::AllAbove(text, low, path) == above);
+  });
+}
+
 }  // namespace
 
 void Codecs(Bytes data) {
   Input input(data);
-  switch (input.Between(0, 8)) {
+  switch (input.Between(0, 10)) {
     case 0: EncodeBase64(input); break;
     case 1: DecodeBase64(input); break;
     case 2: EncodeBase32(input); break;
@@ -315,7 +400,9 @@ void Codecs(Bytes data) {
     case 5: HashBytes(input); break;
     case 6: HashText(input); break;
     case 7: Texts(input); break;
-    default: Numbers(input); break;
+    case 8: Numbers(input); break;
+    case 9: PathsFromBytes(input); break;
+    default: PathsFromText(input); break;
   }
 }
 
