@@ -415,6 +415,17 @@ void WriteItems(Folder& folder) {
   folder.Write(
       "item_list", "seed-no-name",
       Seed{0, 0, 0, 0}.Add(Text(ZelTags::Item_Quantity, "1")).Add(Record(ZelTags::Item_Voucher, {})));
+  // Items come, go by position, by ID and as objects, and come back, until the gaps they leave are closed.
+  Seed shelf{8};
+  shelf.Add(0).Number(63, 2);
+  for (int count = 0; count < 16; ++count) {
+    shelf.Add(1).Number(static_cast<std::uint64_t>(count), 2);
+    for (int way = 6; way <= 8; ++way) {
+      shelf.Add(way).Number(static_cast<std::uint64_t>(7 * count + 11 * way), 2);
+    }
+    shelf.Add(2 + count % 4).Number(static_cast<std::uint64_t>(5 * count), 2);
+  }
+  folder.Write("item_list", "seed-come-and-go", shelf);
 }
 
 void WriteContainers(Folder& folder) {

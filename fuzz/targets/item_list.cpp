@@ -1,4 +1,10 @@
-// Reading of an item list.
+// Reading of an item list, and its items by position and by instance ID.
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "fuzz/Objects.h"
 #include "fuzz/Targets.h"
@@ -24,11 +30,109 @@ void CheckPositions(VnZEL10cmn::clsZelItemList& list) {
   FUZZ_CHECK(!list.ItemI(0) && !list.ItemI(number + 1));
 }
 
+/// An item of a host's own, with an instance ID of the host's choice.
+class NamedItem : public clsZelItemCash {
+ public:
+  explicit NamedItem(std::string id) : id_(std::move(id)) {}
+  std::string InstanceID() override { return id_; }
+
+ private:
+  std::string id_;
+};
+
+/// Items that come and go, in a list and in a plain array that is searched from its begin.
+class Shelf {
+ public:
+  void Step(Input& input) {
+    const std::int32_t operation = input.Between(0, 8);
+    const std::size_t choice = input.Number<std::uint16_t>();
+    const Item present = items_.empty() ? nullptr : items_[choice % items_.size()];
+    switch (operation) {
+      case 0:
+        for (std::size_t count = choice % 64; count > 0 && items_.size() < kMost; --count) {
+          Add(std::make_shared<clsZelItemCash>(), true);
+        }
+        break;
+      case 1: Add(std::make_shared<NamedItem>(std::to_string(choice % 16))); break;
+      case 2: Add(std::make_shared<NamedItem>(present ? present->InstanceID() : "none")); break;
+      case 3: Add(present ? present : std::make_shared<clsZelItemCash>()); break;
+      case 4: Add(removed_ ? removed_ : std::make_shared<clsZelItemCash>()); break;
+      case 5: Add(std::make_shared<NamedItem>(removed_ ? removed_->InstanceID() : "none")); break;
+      case 6: Remove(present, nullptr, {}, static_cast<std::int32_t>(choice % (items_.size() + 1))); break;
+      case 7: Remove(present, nullptr, present ? present->InstanceID() : "none", -1); break;
+      default: Remove(present, present, {}, -1);
+    }
+    FUZZ_CHECK(list_.ItemCount() == static_cast<std::int32_t>(items_.size()));
+    if (!items_.empty()) {
+      const std::size_t position = choice / 3 % items_.size();
+      FUZZ_CHECK(list_.ItemI(static_cast<std::int32_t>(position) + 1) == items_[position]);
+    }
+  }
+
+  void CheckOrder() {
+    FUZZ_CHECK(std::equal(list_.begin(), list_.end(), items_.begin(), items_.end()));
+    CheckPositions(list_);
+  }
+
+ private:
+  using Item = std::shared_ptr<VnZEL10cmn::IVnZelItem>;
+
+  /// More would take long, and reach nothing new.
+  static constexpr std::size_t kMost = 100;
+
+  Item Find(const std::string& id) {
+    const auto found = std::find_if(items_.begin(), items_.end(),
+                                    [&id](const Item& item) { return item->InstanceID() == id; });
+    return found == items_.end() ? nullptr : *found;
+  }
+
+  void Add(const Item& item) { Add(item, !Find(item->InstanceID())); }
+
+  void Add(const Item& item, bool isNew) {
+    const bool done = list_.AddItem(item);
+    CheckOutcome(list_, done, "AddItem");
+    FUZZ_CHECK(done == isNew);
+    if (isNew) {
+      items_.push_back(item);
+    }
+  }
+
+  /// No item stands at a position below 1.
+  void Remove(Item item, const Item& object, const std::string& id, std::int32_t position) {
+    if (!object && id.empty()) {
+      item = position < 1 ? nullptr : items_[static_cast<std::size_t>(position) - 1];
+    }
+    FUZZ_CHECK(list_.RemoveItem(object, id, position));
+    if (item) {
+      items_.erase(std::find(items_.begin(), items_.end(), item));
+      FUZZ_CHECK(!list_.ItemK(item->InstanceID()));
+      removed_ = item;
+    }
+  }
+
+  VnZEL10cmn::clsZelItemList list_;
+  std::vector<Item> items_;
+  Item removed_;
+};
+
+void ComeAndGo(Input& input) {
+  constexpr int kMostSteps = 200;
+  Shelf shelf;
+  for (int count = 0; count < kMostSteps && !input.AtEnd(); ++count) {
+    shelf.Step(input);
+  }
+  shelf.CheckOrder();
+}
+
 }  // namespace
 
 void ItemList(Bytes data) {
   Input input(data);
   const std::uint8_t options = input.Byte();
+  if ((options & 8) != 0) {
+    ComeAndGo(input);
+    return;
+  }
   const Delivery delivery = Delivery::Take(input, VnZEL10cmn::ZELSerialType::ItemList);
   const ByteArray& buffer = delivery.place.buffer;
   VnZEL10cmn::clsZelItemList list;
