@@ -43,7 +43,7 @@ if (($# > 0)); then
 fi
 
 require_packages python3
-build release vnzel_bench vnzel_item_memory zel
+build release vnzel_bench vnzel_item_memory zel >&2
 results=$(mktemp -d)
 trap 'rm -rf "$results"' EXIT
 "$bench/vnzel_bench" --benchmark_repetitions=15 --benchmark_enable_random_interleaving=true \
@@ -51,7 +51,7 @@ trap 'rm -rf "$results"' EXIT
 "$bench/vnzel_item_memory" >"$results/memory.txt"
 
 # 10,000 documents: those of the day at the bakery, again and again.
-"$root/scripts/day.sh" >/dev/null
+"$root/scripts/day.sh" >/dev/null 2>&1
 find "$root/build/demo" -name '*.xml' | sort >"$results/day.txt"
 for ((i = 0; i < 10000; i += $(wc -l <"$results/day.txt"))); do cat "$results/day.txt"; done |
   head -n 10000 >"$results/documents.txt"

@@ -21,7 +21,7 @@ constexpr std::size_t kFirstSlots = 8;
 constexpr std::size_t kShortList = 256;
 
 /// Instance IDs are random: any bits of them are as good as a hash.
-std::size_t HashOf(const std::array<std::uint8_t, 16>& id) {
+std::uint32_t StartOf(const std::array<std::uint8_t, 16>& id) {
   std::uint32_t start = 0;
   std::memcpy(&start, id.data(), sizeof start);
   return start;
@@ -117,12 +117,15 @@ std::size_t ItemStore::FindSlot(std::string_view id) const {
 std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) const {
   IndexNewSlots();
   const std::size_t mask = table_.size() - 1;
-  for (std::size_t at = HashOf(id); !table_.empty(); ++at) {
+  const std::uint32_t start = StartOf(id);
+  for (std::size_t at = start; !table_.empty(); ++at) {
     const Entry& entry = table_[at & mask];
     if (entry.slot == kFree) {
       break;
     }
-    if (entry.id == id && slots_[entry.slot]) {
+    // Only cash items are in the table.
+    if (entry.idStart == start && slots_[entry.slot] &&
+        *CashItemAccess::Id(static_cast<clsZelItemCash&>(*slots_[entry.slot])) == id) {
       return entry.slot;
     }
   }
@@ -133,7 +136,7 @@ void ItemStore::IndexNewSlots() const {
   // Never more than half full.
   const std::size_t needed = std::max(kSmallestTable, std::bit_ceil(2 * slots_.size()));
   if (entered_ < slots_.size() && table_.size() < needed) {
-    std::vector<Entry> old(needed, Entry{{}, kFree});
+    std::vector<Entry> old(needed, Entry{0, kFree});
     old.swap(table_);
     for (const Entry& entry : old) {
       if (entry.slot != kFree) Enter(entry);
@@ -144,13 +147,13 @@ void ItemStore::IndexNewSlots() const {
     clsZelItemCash* const cash = item ? CashItemAccess::Get(*item) : nullptr;
     const auto* const id = cash == nullptr ? nullptr : CashItemAccess::Id(*cash);
     if (id != nullptr) {
-      Enter({*id, static_cast<std::uint32_t>(entered_)});
+      Enter({StartOf(*id), static_cast<std::uint32_t>(entered_)});
     }
   }
 }
 
 void ItemStore::Enter(Entry entry) const noexcept {
-  std::size_t at = HashOf(entry.id);
+  std::size_t at = entry.idStart;
   while (table_[at & (table_.size() - 1)].slot != kFree) {
     ++at;
   }

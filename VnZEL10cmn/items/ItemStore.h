@@ -93,9 +93,9 @@ class ItemStore {
   void Clear() noexcept;
 
  private:
-  /// Where the item with an instance ID stands.
+  /// Where an item stands whose instance ID begins with these 32 bits.
   struct Entry {
-    std::array<std::uint8_t, 16> id;
+    std::uint32_t idStart;
     std::uint32_t slot;
   };
 

@@ -42,7 +42,7 @@ def main():
     def at_most(what, name, most):
         ratio = time[name] / time["BM_Floor/10"]
         rows.append((what, shown(time[name]), "the floor", shown(time["BM_Floor/10"]), f"{ratio:.2f} × its time",
-                     f"≤ {most}", ratio <= most))
+                     f"≤ {most}" if most else "", ratio <= most if most else None))
 
     def per_item(what, name, few, many):
         one, other = time[f"{name}/{few}"] / few, time[f"{name}/{many}"] / many
@@ -62,7 +62,7 @@ def main():
         faster(what, f"BM_{name}/{mebibyte}", f"BM_{name}_plain/{mebibyte}", "plain loop", 4)
     at_most("request of 10 items, all objects new", "BM_RequestNewObjects/10", 6)
     at_most("request of 10 items, objects kept", "BM_RequestKeptObjects/10", 2.5)
-    at_most("the same, items taken out and put in again", "BM_RequestItemsAgain/10", 2.5)
+    at_most("the same, items taken out and put in again before", "BM_RequestItemsAgain/10", None)
     at_most("import of its document with response", "BM_XmlImport/10", 5)
     per_item("request, all objects new", "BM_RequestNewObjects", 100, 100000)
     per_item("request, objects kept", "BM_RequestKeptObjects", 100, 100000)
@@ -85,7 +85,7 @@ def main():
 
     print("| what | measured | against | measured | ratio | to reach | |\n|---|---:|---|---:|---:|---:|---|")
     for *cells, reached in rows:
-        print("| " + " | ".join(cells) + " | " + ("yes" if reached else "**no**") + " |")
+        print("| " + " | ".join(cells) + " | " + {True: "yes", False: "**no**", None: ""}[reached] + " |")
 
 
 if __name__ == "__main__":

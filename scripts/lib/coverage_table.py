@@ -1,6 +1,8 @@
-"""Prints gcovr's JSON summary as a table: coverage_table.py SUMMARY.json LEAST_LINE_PERCENT"""
+"""Prints gcovr's JSON summary as a table, per file and per folder: coverage_table.py SUMMARY.json LEAST_LINE_PERCENT"""
 
+import collections
 import json
+import os
 import sys
 
 KINDS = ("line", "branch", "function")
@@ -23,6 +25,16 @@ def main():
     for entry in sorted(summary["files"], key=lambda entry: entry["filename"]):
         print(f"{entry['filename']:{width}}  " + "  ".join(cells(entry)))
     print(f"{'Total':{width}}  " + "  ".join(cells(summary)))
+    print("\n| folder | " + " | ".join(f"{kind}{'es' if kind == 'branch' else 's'}" for kind in KINDS) + " |")
+    print("|---|" + "---:|" * len(KINDS))
+    folders = collections.defaultdict(collections.Counter)
+    for entry in summary["files"]:
+        counts = {f"{kind}_{what}": entry[f"{kind}_{what}"] for kind in KINDS for what in ("covered", "total")}
+        folders[os.path.dirname(entry["filename"]).removesuffix("/internal")].update(counts)
+    for folder, counts in sorted(folders.items()) + [("all", summary)]:
+        shares = (f"{counts[kind + '_covered']} of {counts[kind + '_total']}, "
+                  f"{100 * counts[kind + '_covered'] / max(1, counts[kind + '_total']):.1f} %" for kind in KINDS)
+        print(f"| `{folder}` | " + " | ".join(shares) + " |")
     percent = 100 * summary["line_covered"] / summary["line_total"]
     if percent < float(sys.argv[2]):
         sys.exit(f"coverage: {percent:.2f} % of the lines are less than {sys.argv[2]} %")
