@@ -90,9 +90,12 @@ VNZEL_SSSE3 bool AllAboveSsse3(const char* text, std::size_t count, char low, st
 }
 
 VNZEL_AVX2 bool AllAboveAvx2(const char* text, std::size_t count, char low, std::size_t& taken) {
+  taken = count / 64 * 64;
+  if (taken == 0) {
+    return true;
+  }
   __m256i least = _mm256_set1_epi8(127);
   __m256i leastToo = least;
-  taken = count / 64 * 64;
   for (std::size_t at = taken; at > 0; at -= 64) {
     least = _mm256_min_epi8(least, LoadWide(text + at - 32));
     leastToo = _mm256_min_epi8(leastToo, LoadWide(text + at - 64));
