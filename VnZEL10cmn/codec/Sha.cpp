@@ -169,7 +169,12 @@ Sha256Digest Sha256OfText(std::string_view text) {
 }
 
 Sha256Digest Sha256OfCodePageBytes(Bytes message) {
-  std::vector<std::uint8_t> bytes(message.begin(), message.end());
+  // The items of most bookings need no memory for this.
+  std::array<std::uint8_t, 1024> few;
+  std::vector<std::uint8_t> many(message.size() > few.size() ? message.size() : 0);
+  const std::span<std::uint8_t> bytes =
+      many.empty() ? std::span<std::uint8_t>(few).first(message.size()) : std::span<std::uint8_t>(many);
+  std::ranges::copy(message, bytes.begin());
   const auto toLowByte = [](std::uint8_t byte) {
     return static_cast<std::uint8_t>(FromCodePage1252(byte) & 0xFF);
   };
@@ -184,8 +189,7 @@ Sha256Digest Sha256OfCodePageBytes(Bytes message) {
       std::transform(bytes.data() + at, bytes.data() + at + sizeof ones, bytes.data() + at, toLowByte);
     }
   }
-  std::transform(bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.end(),
-                 bytes.begin() + static_cast<std::ptrdiff_t>(at), toLowByte);
+  std::ranges::transform(bytes.subspan(at), bytes.subspan(at).begin(), toLowByte);
   return Sha256(bytes);
 }
 
