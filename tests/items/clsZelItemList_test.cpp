@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -280,6 +282,47 @@ TEST(clsZelItemList, ARemovedItemCanBeAddedAgainAtTheEnd) {
   EXPECT_TRUE(four.list.RemoveItem(four.a));
   EXPECT_TRUE(four.list.AddItem(four.a));
   EXPECT_EQ(Ids(four.list), "b c d a");
+  EXPECT_EQ(four.list.ItemI(1), four.b);
+  EXPECT_EQ(four.list.ItemI(3), four.d);
+  EXPECT_EQ(four.list.ItemI(4), four.a);
+  EXPECT_EQ(four.list.ItemI(5), nullptr);
+}
+
+TEST(clsZelItemList, AnyNumberOfItemsIsRemovedAndAddedInBetween) {
+  clsZelItemList list;
+  std::vector<std::shared_ptr<IVnZelItem>> expected;
+  int made = 0;
+  std::uint32_t state = 2463534242U;
+  // Grows, shrinks nearly to nothing and grows again.
+  for (int step = 0; step < 600; ++step) {
+    state = state * 1664525U + 1013904223U;
+    const std::uint32_t random = state >> 16;
+    if (expected.empty() || random % 10 < (step / 200 == 1 ? 2U : 7U)) {
+      std::shared_ptr<IVnZelItem> item;
+      if (random % 4 == 0) {
+        item = Host("host " + std::to_string(made));
+      } else {
+        item = Cash("x", made);
+      }
+      ++made;
+      ASSERT_TRUE(list.AddItem(item));
+      expected.push_back(item);
+    } else {
+      const std::size_t at = random / 16 % expected.size();
+      ASSERT_TRUE(list.RemoveItem(nullptr, {}, static_cast<std::int32_t>(at) + 1));
+      EXPECT_EQ(list.ItemK(expected[at]->InstanceID()), nullptr);
+      expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(at));
+    }
+    const auto count = static_cast<std::int32_t>(expected.size());
+    ASSERT_EQ(list.ItemCount(), count);
+    ASSERT_TRUE(std::equal(list.begin(), list.end(), expected.begin(), expected.end())) << "step " << step;
+    for (std::int32_t i = 0; i < count; ++i) {
+      const auto& item = expected[static_cast<std::size_t>(i)];
+      ASSERT_EQ(list.ItemI(i + 1), item) << "step " << step;
+      ASSERT_EQ(list.ItemK(item->InstanceID()), item) << "step " << step;
+    }
+    ASSERT_EQ(list.ItemI(count + 1), nullptr);
+  }
 }
 
 TEST(clsZelItemList, RemoveItemClearsAnOldError) {
