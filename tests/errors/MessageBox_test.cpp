@@ -258,6 +258,18 @@ TEST(ShowMsgBox, ShowsTitleAndTextOnATerminal) {
   EXPECT_NE(screen.find("    Größe ...........: 12"), std::string::npos) << screen;
 }
 
+TEST(ShowMsgBox, AsksForALetterOfTheButtonsOnATerminal) {
+  clsVnError error;
+  error.SetError(9204, "x");
+  std::string screen;
+  EXPECT_EQ(Answer(error, "\n", 3 + 512, &screen), 2);
+  EXPECT_NE(screen.find("\n(J)a, (N)ein, A(b)brechen [B]: "), std::string::npos) << screen;
+  EXPECT_EQ(Answer(error, "\n", 2, &screen), 3);
+  EXPECT_NE(screen.find("\n(A)bbrechen, (W)iederholen, (I)gnorieren [A]: "), std::string::npos) << screen;
+  EXPECT_EQ(Answer(error, "\n", 0, &screen), 1);
+  EXPECT_NE(screen.find("\n(O)K [O]: "), std::string::npos) << screen;
+}
+
 TEST(ShowMsgBox, ButtonsAreChosenByTheirLetterOnATerminal) {
   clsVnError error;
   error.SetError(9204, "x");
