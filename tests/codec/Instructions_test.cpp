@@ -5,7 +5,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <set>
 #include <span>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +40,29 @@ TEST(PermittedInstructions, AreThoseNamedThatTheProcessorHas) {
 TEST(PermittedInstructions, OtherNamesArePassedOver) {
   EXPECT_EQ(Permitted(kAll, ",SHA,avx512,,sha ,avx2,"), (Instructions{false, true, false}));
 }
+
+#if defined(__linux__) && defined(__x86_64__)
+
+// The system leaves out what it doesn't support itself, such as wide registers that it doesn't save.
+TEST(ProcessorInstructions, AreThoseThatTheSystemNames) {
+  std::ifstream file("/proc/cpuinfo");
+  std::set<std::string> flags;
+  for (std::string line; flags.empty() && std::getline(file, line);) {
+    if (line.starts_with("flags")) {
+      std::istringstream words(line.substr(line.find(':') + 1));
+      flags.insert(std::istream_iterator<std::string>(words), {});
+    }
+  }
+  if (flags.empty()) {
+    GTEST_SKIP() << "the system names none";
+  }
+  const auto has = [&](const char* name) { return flags.contains(name); };
+  const Instructions expected{has("ssse3"), has("ssse3") && has("avx2") && has("bmi1") && has("bmi2"),
+                              has("ssse3") && has("sse4_1") && has("sha_ni")};
+  EXPECT_EQ(ProcessorInstructions(), expected);
+}
+
+#endif
 
 /// Bytes without a pattern.
 std::vector<std::uint8_t> Noise(std::size_t count) {
