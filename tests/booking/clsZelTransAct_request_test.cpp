@@ -435,6 +435,21 @@ TEST(TransActRequestFailure, NoRatesForTheDate) {
   EXPECT_EQ(log.Count(), 1U);
 }
 
+TEST(TransActRequestFailure, WithoutRatesForTheDateTheItemsAreNotAsked) {
+  clsZelTransAct booking;
+  Prepare(booking);
+  booking.VatList()->Clear();
+  const auto rates = std::make_shared<clsZelVatItem>();
+  ASSERT_TRUE(rates->SetDates(Date::FromCivil(2024, 3, 16), Date::FromCivil(2025, 1, 1)));
+  ASSERT_TRUE(booking.VatList()->AddItem(rates));
+  const auto item = std::make_shared<FakeItem>();
+  ASSERT_TRUE(booking.AddItem(item));
+  ExpectRequestFailure(booking, ZELErrorCodes::Err_Ser_DataMissing, "EncodeRqst",
+                       "Für das Buchungsdatum konnte kein USt-Eintrag gefunden werden\r\n"
+                       "    Buch.dat. .......: 15.03.2024 14:37:25");
+  EXPECT_EQ(item->writes, 0);
+}
+
 TEST(TransActRequestFailure, NoItems) {
   test::TestLog log;
   clsZelTransAct booking;
