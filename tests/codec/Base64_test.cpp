@@ -388,6 +388,19 @@ TEST(FromBase64String, APadAtTheStartOfAGroupIsAFault) {
   }
 }
 
+// The digit then counts as a pad too when the length is found.
+TEST(FromBase64String, APadSignThatStandsForADigitCanBeAFault) {
+  EXPECT_EQ(Decode("=AAA", "="), "F8 00 00");
+  for (const char* text : {"AAA=", "AA==", "QUFBAAA="}) {
+    clsHelper01 helper;
+    ByteArray result;
+    EXPECT_FALSE(helper.FromBase64String(text, result, "=")) << text;
+    ExpectFault(helper.ErrorObject(), 9, "FromBase64String");
+    EXPECT_FALSE(helper.FromBase64String(text, result, "+", "=")) << text;
+    ExpectFault(helper.ErrorObject(), 9, "FromBase64String");
+  }
+}
+
 TEST(FromBase64String, FailuresAreLoggedOnce) {
   const test::TestLog log;
   clsHelper01 helper;
