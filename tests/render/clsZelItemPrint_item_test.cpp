@@ -192,6 +192,32 @@ TEST(clsZelItemPrintItem, AnotherItemClassFailsWithItsName) {
   test::ExpectError(other, 9001, true, "ToStringCI", "Der Typ \"HostItem\" wird nicht unterstützt");
 }
 
+namespace shop {
+struct Bakery {};
+}  // namespace shop
+
+template <class Kind>
+struct Shelf {
+  class Item : public HostItem {
+   public:
+    using HostItem::HostItem;
+  };
+};
+
+TEST(clsZelItemPrintItem, TheNameOfAnItemClassIsItsOwnAlone) {
+  clsZelItemPrint engine;
+  clsVnError error;
+  EXPECT_EQ(engine.ToStringCI(std::make_shared<Shelf<shop::Bakery>::Item>("a"), &error), "");
+  test::ExpectError(error, 9001, true, "ToStringCI", "Der Typ \"Item\" wird nicht unterstützt");
+
+  class Loaf : public HostItem {
+   public:
+    using HostItem::HostItem;
+  };
+  EXPECT_EQ(engine.ToStringCI(std::make_shared<Loaf>("a"), &error), "");
+  test::ExpectError(error, 9001, true, "ToStringCI", "Der Typ \"Loaf\" wird nicht unterstützt");
+}
+
 TEST(clsZelItemPrintItem, AFailureKeepsSourceAndInstanceOfTheErrorObject) {
   clsZelItemPrint engine;
   clsVnError error("VnZEL10cmn.Jemand", "ID");
