@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 #include <openssl/evp.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -10,6 +12,7 @@
 #include <set>
 #include <span>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -113,6 +116,71 @@ TEST_P(OnEveryPath, DigestsAreThoseOfLibcrypto) {
   }
   ExpectReference(EVP_sha1(), bytes, internal::Sha1(bytes, path_));
   ExpectReference(EVP_sha256(), bytes, internal::Sha256(bytes, path_));
+}
+
+/// Room between two pages that nobody may touch.
+class FencedRoom {
+ public:
+  FencedRoom()
+      : page_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))),
+        pages_(static_cast<std::uint8_t*>(
+            mmap(nullptr, 3 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))) {
+    if (pages_ == MAP_FAILED || mprotect(pages_ + page_, page_, PROT_READ | PROT_WRITE) != 0) {
+      throw std::runtime_error("no memory");
+    }
+  }
+  ~FencedRoom() { munmap(pages_, 3 * page_); }
+  FencedRoom(const FencedRoom&) = delete;
+  FencedRoom& operator=(const FencedRoom&) = delete;
+
+  std::span<std::uint8_t> First(std::size_t count) const { return {pages_ + page_, count}; }
+  std::span<std::uint8_t> Last(std::size_t count) const { return {pages_ + 2 * page_ - count, count}; }
+
+ private:
+  std::size_t page_;
+  std::uint8_t* pages_;
+};
+
+TEST_P(OnEveryPath, NothingIsReadOrWrittenBesideTheInput) {
+  const std::vector<std::uint8_t> bytes = Noise(300);
+  const FencedRoom inputs;
+  const FencedRoom outputs;
+  for (std::size_t size = 0; size <= 300; ++size) {
+    const auto original = std::span(bytes).first(size);
+    std::string base64;
+    std::string hexadecimal;
+    internal::EncodeBase64(original, base64, path_);
+    internal::EncodeUpperHex(original, hexadecimal, path_);
+    for (const bool atEnd : {false, true}) {
+      const auto place = [atEnd](const FencedRoom& room, std::size_t count) {
+        return atEnd ? room.Last(count) : room.First(count);
+      };
+      const auto characters = [&](std::string_view text) {
+        const auto room = place(inputs, text.size());
+        std::copy(text.begin(), text.end(), room.begin());
+        return std::string_view(reinterpret_cast<const char*>(room.data()), text.size());
+      };
+      const auto message = place(inputs, size);
+      std::copy(original.begin(), original.end(), message.begin());
+      ASSERT_EQ(internal::Sha1(message, path_), internal::Sha1(original, path_));
+      ASSERT_EQ(internal::Sha256(message, path_), internal::Sha256(original, path_));
+      std::string text;
+      internal::EncodeBase64(message, text, path_);
+      ASSERT_EQ(text, base64);
+      internal::EncodeUpperHex(message, text, path_);
+      ASSERT_EQ(text, hexadecimal);
+      ASSERT_EQ(internal::AllAbove(characters(hexadecimal), ' ', path_), true);
+
+      const auto decoded = place(outputs, size);
+      ASSERT_EQ(internal::DecodeHexDigits(characters(hexadecimal), decoded, path_), hexadecimal.size());
+      ASSERT_TRUE(std::equal(decoded.begin(), decoded.end(), original.begin(), original.end()));
+      std::fill(decoded.begin(), decoded.end(), std::uint8_t{0});
+      const std::size_t front = internal::DecodeBase64Digits(characters(base64), decoded, path_) / 4 * 3;
+      ASSERT_LE(front, size);
+      ASSERT_TRUE(std::equal(decoded.begin(), decoded.begin() + static_cast<std::ptrdiff_t>(front),
+                             original.begin()));
+    }
+  }
 }
 
 TEST_P(OnEveryPath, Base64IsThatOfLibcrypto) {
