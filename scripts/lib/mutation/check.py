@@ -23,7 +23,7 @@ from places import find_places
 FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render"]
 HEADER_SHARE = 0.25  # places in headers are rarer by this: all that includes them is compiled again
 CPU_SECONDS = 30
-WALL_SECONDS = 240
+WALL_SECONDS = 120
 MEMORY = 4 << 30
 # What rests on instructions of the processor is tested with each of its forms.
 INSTRUCTIONS = {folder: [None, "", "ssse3", "ssse3,avx2"] for folder in ("codec", "platform")}
