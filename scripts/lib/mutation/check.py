@@ -127,6 +127,7 @@ class Tree:
 
     def __init__(self, root, work, name):
         self.source, self.binary = work / name / "source", work / name / "build"
+        self.library = self.binary / "libVnZEL10cmn.so"
         self.source.mkdir(parents=True, exist_ok=True)
         # Only what differs is copied, so that a later run compiles no more than it must.
         for folder in ("VnZEL10cmn", "tests"):
@@ -196,9 +197,10 @@ class Tree:
         finally:
             source.write_text(mutant.text, encoding="utf-8")
             if kept:
-                # As if the file had never been changed: it isn't compiled again.
+                # As if the file had never been changed: it isn't compiled again, only linked.
                 shutil.copy2(kept, object_file)
                 os.utime(source, ns=(stamp.st_atime_ns, stamp.st_mtime_ns))
+                self.library.unlink(missing_ok=True)
 
     def tested(self, own, programs, is_header):
         # The folder's own tests, those of what rests on it, and the others.
