@@ -19,11 +19,12 @@ from pathlib import Path
 
 from places import find_places
 
-# The tests of faults take too long for this, and those of the tools rest on other libraries as well.
-FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render"]
+# The programs of tests in the order in which they rest on each other; the slowest one last. The tests of the
+# tools rest on other libraries as well and are left out.
+FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render", "faults"]
 HEADER_SHARE = 0.25  # places in headers are rarer by this: all that includes them is compiled again
-CPU_SECONDS = 30
-WALL_SECONDS = 120
+CPU_SECONDS = {"faults": 200}  # the others: 30
+WALL_SECONDS = {"faults": 600}  # the others: 120
 MEMORY = 4 << 30
 # What rests on instructions of the processor is tested with each of its forms.
 INSTRUCTIONS = {folder: [None, "", "ssse3", "ssse3,avx2"] for folder in ("codec", "platform")}
@@ -112,8 +113,8 @@ def read_equivalent(path):
     return listed
 
 
-def limits():
-    resource.setrlimit(resource.RLIMIT_CPU, (CPU_SECONDS, CPU_SECONDS))
+def limit(cpu_seconds):
+    resource.setrlimit(resource.RLIMIT_CPU, (cpu_seconds, cpu_seconds))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
@@ -159,17 +160,19 @@ class Tree:
     def ninja(self, *targets, jobs=1):
         return run(["ninja", "-C", self.binary, "-j", str(jobs), *targets])
 
-    def program_fails(self, program, instructions=None):
+    def program_fails(self, folder, program, instructions=None):
         """None if all tests pass, else "killed" or "timeout"."""
         environment = {**os.environ, "LD_LIBRARY_PATH": str(self.binary), "RC_PARAMS": "seed=1"}
         if instructions is not None:
             environment["VNZEL_INSTRUCTIONS"] = instructions
+        cpu_seconds = CPU_SECONDS.get(folder, 30)
         with tempfile.TemporaryDirectory(dir=self.binary) as place:
             process = subprocess.Popen(
-                [program, "--gtest_brief=1", "--gtest_fail_fast"], cwd=place, env=environment, preexec_fn=limits,
-                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+                [program, "--gtest_brief=1", "--gtest_fail_fast"], cwd=place, env=environment,
+                preexec_fn=lambda: limit(cpu_seconds), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                stderr=subprocess.DEVNULL, start_new_session=True)
             try:
-                status = process.wait(WALL_SECONDS)
+                status = process.wait(WALL_SECONDS.get(folder, 120))
             except subprocess.TimeoutExpired:
                 os.killpg(process.pid, signal.SIGKILL)
                 process.wait()
@@ -205,14 +208,14 @@ class Tree:
     def tested(self, own, programs, is_header):
         # The folder's own tests, those of what rests on it, and the others.
         first = FOLDERS.index(own) if own in FOLDERS else 0
-        for folder in FOLDERS[first:] + FOLDERS[:first]:
+        for folder in FOLDERS[first:-1] + FOLDERS[:first] + FOLDERS[-1:]:
             program = programs / f"{folder}_tests"
             if is_header:
                 if self.ninja(f"{folder}_tests").returncode != 0:
                     return "uncompilable", ""
                 program = self.binary / f"{folder}_tests"
-            for instructions in INSTRUCTIONS.get(own, [None]):
-                failure = self.program_fails(program, instructions)
+            for instructions in INSTRUCTIONS.get(own, [None]) if folder != "faults" else [None]:
+                failure = self.program_fails(folder, program, instructions)
                 if failure:
                     return failure, folder
         return "survived", ""
@@ -258,7 +261,7 @@ def prepare(options, work):
     programs.mkdir(exist_ok=True)
     for folder in FOLDERS:
         shutil.copy2(trees[0].binary / f"{folder}_tests", programs)
-        failure = trees[0].program_fails(programs / f"{folder}_tests")
+        failure = trees[0].program_fails(folder, programs / f"{folder}_tests")
         if failure:
             sys.exit(f"mutation: {folder}_tests of the unchanged library: {failure}")
     return trees, programs
@@ -266,7 +269,7 @@ def prepare(options, work):
 
 def examine(options, work, equivalent):
     """[(mutant, outcome, by)] of the first so many mutants that count."""
-    tests = digest([options.root / "tests"])
+    tests = digest([options.root / "tests", options.root / "scripts/lib/mutation"])
     results = Results(work / "results.jsonl", digest([options.root / "VnZEL10cmn"]), tests)
     drawn = iter(enumerate(mutants(options.root, options)))
     trees, programs = prepare(options, work)
