@@ -22,6 +22,7 @@
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
 #include "VnZEL10cmn/errors/clsVnLogItem.h"
 #include "VnZEL10cmn/items/IVnZelItem.h"
+#include "VnZEL10cmn/items/ItemStore.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"

@@ -1,3 +1,4 @@
+#include <array>
 #include <string_view>
 
 #include "VnZEL10cmn/platform/internal/Guid.h"
@@ -12,12 +13,20 @@ bool IsDash(std::size_t position) {
   return position == 8 || position == 13 || position == 18 || position == 23;
 }
 
-/// The value of an upper-case hexadecimal digit; 16 for any other character.
-unsigned DigitValue(char digit) {
-  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-  if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A') + 10;
-  return 16;
-}
+constexpr std::uint8_t kNoDigit = 16;
+
+/// The values of the upper-case hexadecimal digits. A table, as nothing can foresee which digit comes next.
+constexpr std::array<std::uint8_t, 256> kDigitValues = [] {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(kNoDigit);
+  std::uint8_t value = 0;
+  for (const char digit : std::string_view("0123456789ABCDEF")) {
+    values[static_cast<unsigned char>(digit)] = value++;
+  }
+  return values;
+}();
+
+unsigned DigitValue(char digit) { return kDigitValues[static_cast<unsigned char>(digit)]; }
 
 }  // namespace
 
@@ -27,17 +36,19 @@ std::optional<std::array<std::uint8_t, kGuidSize>> GuidBytes(std::string_view te
   }
   std::array<std::uint8_t, kGuidSize> bytes{};
   std::size_t at = 0;
+  unsigned all = 0;
   for (std::uint8_t& byte : bytes) {
     if (IsDash(at) && text[at++] != '-') {
       return std::nullopt;
     }
     const unsigned high = DigitValue(text[at]);
     const unsigned low = DigitValue(text[at + 1]);
-    if (high > 15 || low > 15) {
-      return std::nullopt;
-    }
+    all |= high | low;
     byte = static_cast<std::uint8_t>(high << 4 | low);
     at += 2;
+  }
+  if (all >= kNoDigit) {
+    return std::nullopt;
   }
   return bytes;
 }
