@@ -8,6 +8,7 @@
 
 #include "VnZEL10cmn/items/internal/CashItemAccess.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
+#include "VnZEL10cmn/platform/internal/Processor.h"
 
 namespace VnZEL10cmn {
 
@@ -126,10 +127,31 @@ std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) cons
     // Only cash items are in the table.
     if (entry.idStart == start && slots_[entry.slot] &&
         *CashItemAccess::Id(static_cast<clsZelItemCash&>(*slots_[entry.slot])) == id) {
+      LookAhead(entry.slot);
       return entry.slot;
     }
   }
   return kNowhere;
+}
+
+/// Who asks for one ID after the other mostly asks in the order of the items: a long list then waits for its memory
+/// while it has something else to do.
+void ItemStore::LookAhead(std::size_t slot) const noexcept {
+  constexpr std::size_t far = 16;
+  constexpr std::size_t near = 8;
+  constexpr std::size_t cacheLine = 64;
+  if (slot + far >= slots_.size() || !foreign_.empty()) {
+    return;
+  }
+  // The item's own part, and before it the count of those who hold it.
+  const auto item = reinterpret_cast<std::uintptr_t>(slots_[slot + far].get());
+  platform::Prefetch(reinterpret_cast<const void*>(item + cacheLine / 2));
+  platform::Prefetch(reinterpret_cast<const void*>(item - cacheLine));
+  // By now the ID of that one is there.
+  if (const auto* const next = slots_[slot + near].get()) {
+    const auto& id = CashItemAccess::KnownId(static_cast<const clsZelItemCash&>(*next));
+    platform::Prefetch(&table_[StartOf(id) & (table_.size() - 1)]);
+  }
 }
 
 void ItemStore::IndexNewSlots() const {

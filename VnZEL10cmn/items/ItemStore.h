@@ -110,6 +110,7 @@ class ItemStore {
   std::size_t FindCashItem(const std::array<std::uint8_t, 16>& id) const;
   std::size_t FindSlotOf(const Item& item) const;
   void IndexNewSlots() const;
+  void LookAhead(std::size_t slot) const noexcept;
   void Enter(Entry entry) const noexcept;
   void RemoveSlot(std::size_t slot);
   void CountItems();

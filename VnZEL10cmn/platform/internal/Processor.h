@@ -31,4 +31,11 @@ Instructions Permitted(Instructions available, std::string_view list) noexcept;
 /// what is named there. Found out once.
 const Instructions& UsableInstructions() noexcept;
 
+/// Has the memory at an address brought nearer, where the compiler knows how to; the address need not be valid.
+inline void Prefetch([[maybe_unused]] const void* address) noexcept {
+#if defined(__GNUC__)
+  __builtin_prefetch(address);
+#endif
+}
+
 }  // namespace VnZEL10cmn::platform
