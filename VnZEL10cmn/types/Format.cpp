@@ -104,12 +104,6 @@ std::uint64_t Hundredfold(Currency value) {
   return magnitude / 100 + (magnitude % 100 >= 50 ? 1 : 0);
 }
 
-std::string FormatHundredfold(Currency value) {
-  const std::uint64_t rounded = Hundredfold(value);
-  std::string text = value.Scaled() < 0 && rounded != 0 ? "-" : "";
-  return text.append(std::to_string(rounded));
-}
-
 std::string FormatDateTime(Date value, const RegionalSettings& settings) {
   const Date::Civil parts = value.ToCivil();
   std::string text = DateAndTime(parts, settings);
@@ -132,13 +126,6 @@ std::string FormatDigitsMonth(const Date::Civil& parts) {
   std::string text;
   AppendPadded(text, parts.year, 4);
   AppendPadded(text, parts.month, 2);
-  return text;
-}
-
-std::string FormatDigitsTime(const Date::Civil& parts) {
-  std::string text;
-  AppendPadded(text, parts.hour, 2);
-  AppendPadded(text, parts.minute, 2);
   return text;
 }
 

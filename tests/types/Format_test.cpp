@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
+
 #include <cstdint>
 #include <limits>
 #include <locale>
@@ -50,11 +53,22 @@ TEST(FormatNumber, TakesTheHostsCharacters) {
   EXPECT_EQ(Format(12345000, kAmount), "1,234.50");
 }
 
-TEST(FormatHundredfold, GivesTheDigitsOfCents) {
-  EXPECT_EQ(FormatHundredfold(Currency::FromScaled(12345)), "123");
-  EXPECT_EQ(FormatHundredfold(Currency::FromScaled(12350)), "124");
-  EXPECT_EQ(FormatHundredfold(Currency::FromScaled(-12350)), "-124");
-  EXPECT_EQ(FormatHundredfold(Currency::FromScaled(0)), "0");
+TEST(Hundredfold, IsTheMagnitudeInCentsRoundedHalfAwayFromZero) {
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(12345)), 123U);
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(12350)), 124U);
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(-12349)), 123U);
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(-12350)), 124U);
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(0)), 0U);
+  EXPECT_EQ(Hundredfold(Currency::FromScaled(INT64_MIN)), 92233720368547758U);
+}
+
+TEST(FormatQuantity, HasAPointBeforeDecimalsOtherThanZeros) {
+  std::array<char, 24> buffer{};
+  EXPECT_EQ(FormatQuantity(Currency::FromScaled(10000), buffer), "1");
+  EXPECT_EQ(FormatQuantity(Currency::FromScaled(3850), buffer), "0.385");
+  EXPECT_EQ(FormatQuantity(Currency::FromScaled(-12345), buffer), "-1.2345");
+  EXPECT_EQ(FormatQuantity(Currency::FromScaled(100500), buffer), "10.05");
+  EXPECT_EQ(FormatQuantity(Currency::FromScaled(INT64_MIN), buffer), "-922337203685477.5808");
 }
 
 TEST(FormatDates, FollowTheirPatterns) {
@@ -64,7 +78,6 @@ TEST(FormatDates, FollowTheirPatterns) {
   EXPECT_EQ(FormatDateMinutes(date, CurrentRegionalSettings()), "04.03.2026 08:05");
   EXPECT_EQ(FormatDigitsDate(parts), "20260304");
   EXPECT_EQ(FormatDigitsMonth(parts), "202603");
-  EXPECT_EQ(FormatDigitsTime(parts), "0805");
 }
 
 TEST(FormatDates, TakeTheHostsCharacters) {

@@ -43,10 +43,6 @@ std::string_view FormatQuantity(Currency value, std::array<char, 24>& buffer);
 /// The hundredfold without its sign, rounded half away from zero to a whole number: an amount in cents.
 std::uint64_t Hundredfold(Currency value);
 
-/// The hundredfold, rounded half away from zero to a whole number, in decimal: the digits of an amount in
-/// cents.
-std::string FormatHundredfold(Currency value);
-
 /// "31.12.2026 08:05:09" with the host's characters.
 std::string FormatDateTime(Date value, const RegionalSettings& settings);
 
@@ -58,8 +54,5 @@ std::string FormatDigitsDate(const Date::Civil& parts);
 
 /// "202612"
 std::string FormatDigitsMonth(const Date::Civil& parts);
-
-/// "0805"
-std::string FormatDigitsTime(const Date::Civil& parts);
 
 }  // namespace VnZEL10cmn::internal
