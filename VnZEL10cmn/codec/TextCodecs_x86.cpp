@@ -57,13 +57,14 @@ constexpr int kInnerShifts = 0x01000010;
 // What turns a value into its character: a small letter, ten digits, "+", "/", a capital.
 constexpr Table kToCharacter = {{71, -4, -4, -4, -4, -4, -4, -4, -4, -4, -4, -19, -16, 65, 0, 0}};
 
-// Base64, decoding: a character is a digit unless its two halves have a bit in common here.
-constexpr Table kRefusedByLow = {{0x15, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11,  //
-                                  0x11, 0x11, 0x13, 0x1A, 0x1B, 0x1B, 0x1B, 0x1A}};
-constexpr Table kRefusedByHigh = {{0x10, 0x10, 0x01, 0x02, 0x04, 0x08, 0x04, 0x08,  //
-                                   0x10, 0x10, 0x10, 0x10, 0x10, 0x10, 0x10, 0x10}};
-// What turns a character into its value, by its upper half; that of "/" stands one place before that of "+".
-constexpr Table kToValue = {{0, 16, 19, 4, -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0}};
+// Base64, decoding: a character is a digit if its lower half allows the row of characters that its upper half names.
+// Characters beyond ASCII find no lower half.
+constexpr Table kRowsOfLow = {{0x2A, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E, 0x3E,  //
+                               0x3E, 0x3E, 0x3C, 0x15, 0x14, 0x14, 0x14, 0x15}};
+constexpr Table kRowOfHigh = {{0, 0, 0x01, 0x02, 0x04, 0x08, 0x10, 0x20, 0, 0, 0, 0, 0, 0, 0, 0}};
+// What turns a character into its value, by its upper half; that of "/" comes to three too many.
+constexpr Table kToValue = {{0, 0, 19, 4, -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0}};
+constexpr int kMostValue = 63;
 constexpr int kJoinPairs = 0x01400140;
 constexpr int kJoinQuads = 0x00011000;
 constexpr Table kGather = {{2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1}};
@@ -143,17 +144,15 @@ VNZEL_AVX2 std::size_t EncodeBase64Avx2(const std::uint8_t* bytes, std::size_t c
 
 VNZEL_SSSE3 std::size_t DecodeBase64Ssse3(const char* text, std::size_t count, std::uint8_t* out,
                                           std::size_t room) {
-  const __m128i half = _mm_set1_epi8(0x0F);
   std::size_t taken = 0;
   for (std::size_t written = 0; count - taken >= 16 && room - written >= 16; taken += 16, written += 12) {
     const __m128i characters = Load(text + taken);
-    const __m128i high = _mm_and_si128(_mm_srli_epi32(characters, 4), half);
-    const __m128i low = _mm_and_si128(characters, half);
-    const __m128i refused = _mm_and_si128(_mm_shuffle_epi8(FromTable(kRefusedByLow), low),
-                                          _mm_shuffle_epi8(FromTable(kRefusedByHigh), high));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi8(refused, _mm_setzero_si128())) != 0xFFFF) break;
-    const __m128i kinds = _mm_add_epi8(high, _mm_cmpeq_epi8(characters, _mm_set1_epi8('/')));
-    const __m128i values = _mm_add_epi8(characters, _mm_shuffle_epi8(FromTable(kToValue), kinds));
+    const __m128i high = _mm_and_si128(_mm_srli_epi32(characters, 4), _mm_set1_epi8(0x0F));
+    const __m128i rows = _mm_and_si128(_mm_shuffle_epi8(FromTable(kRowsOfLow), characters),
+                                       _mm_shuffle_epi8(FromTable(kRowOfHigh), high));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi8(rows, _mm_setzero_si128())) != 0) break;
+    const __m128i sums = _mm_add_epi8(characters, _mm_shuffle_epi8(FromTable(kToValue), high));
+    const __m128i values = _mm_min_epu8(sums, _mm_set1_epi8(kMostValue));
     const __m128i pairs = _mm_maddubs_epi16(values, _mm_set1_epi32(kJoinPairs));
     const __m128i quads = _mm_madd_epi16(pairs, _mm_set1_epi32(kJoinQuads));
     Store(out + written, _mm_shuffle_epi8(quads, FromTable(kGather)));
@@ -163,47 +162,41 @@ VNZEL_SSSE3 std::size_t DecodeBase64Ssse3(const char* text, std::size_t count, s
 
 namespace {
 
-/// The values of 32 characters, a byte each; `refused` receives more bits where one is no digit.
-VNZEL_AVX2 VNZEL_INLINE __m256i Base64Values(__m256i characters, __m256i& refused) {
-  const __m256i half = _mm256_set1_epi8(0x0F);
-  const __m256i high = _mm256_and_si256(_mm256_srli_epi32(characters, 4), half);
-  const __m256i low = _mm256_and_si256(characters, half);
-  const __m256i refusedByBoth = _mm256_and_si256(_mm256_shuffle_epi8(Twice(kRefusedByLow), low),
-                                                 _mm256_shuffle_epi8(Twice(kRefusedByHigh), high));
-  refused = _mm256_or_si256(refused, refusedByBoth);
-  const __m256i kinds = _mm256_add_epi8(high, _mm256_cmpeq_epi8(characters, _mm256_set1_epi8('/')));
-  return _mm256_add_epi8(characters, _mm256_shuffle_epi8(Twice(kToValue), kinds));
+/// The values of 32 characters, a byte each; `rows` receives something for every one that is a digit.
+VNZEL_AVX2 VNZEL_INLINE __m256i Base64Values(__m256i characters, __m256i& rows) {
+  const __m256i high = _mm256_and_si256(_mm256_srli_epi32(characters, 4), _mm256_set1_epi8(0x0F));
+  rows = _mm256_and_si256(_mm256_shuffle_epi8(Twice(kRowsOfLow), characters),
+                          _mm256_shuffle_epi8(Twice(kRowOfHigh), high));
+  const __m256i sums = _mm256_add_epi8(characters, _mm256_shuffle_epi8(Twice(kToValue), high));
+  return _mm256_min_epu8(sums, _mm256_set1_epi8(kMostValue));
 }
 
-/// Their 24 bytes, behind which four more are written.
-VNZEL_AVX2 VNZEL_INLINE void StoreBase64(__m256i values, std::uint8_t* out) {
+/// Their 24 bytes, with eight zeros behind them.
+VNZEL_AVX2 VNZEL_INLINE __m256i Base64Bytes(__m256i values) {
   const __m256i pairs = _mm256_maddubs_epi16(values, _mm256_set1_epi32(kJoinPairs));
   const __m256i quads = _mm256_madd_epi16(pairs, _mm256_set1_epi32(kJoinQuads));
   const __m256i gathered = _mm256_shuffle_epi8(quads, Twice(kGather));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(gathered));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 12), _mm256_extracti128_si256(gathered, 1));
+  return _mm256_permutevar8x32_epi32(gathered, _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 3, 7));
 }
 
 }  // namespace
 
 VNZEL_AVX2 std::size_t DecodeBase64Avx2(const char* text, std::size_t count, std::uint8_t* out,
                                         std::size_t room) {
-  // The last store needs four bytes more than it fills.
-  const std::size_t steps = std::min(count / 128, room < 4 ? 0 : (room - 4) / 96);
+  // The last store needs the eight bytes more that it fills with zeros.
+  const std::size_t steps = std::min(count / 64, room < 8 ? 0 : (room - 8) / 48);
   std::size_t step = 0;
-  for (; step < steps; ++step, text += 128, out += 96) {
-    __m256i refused = _mm256_setzero_si256();
-    const __m256i first = Base64Values(LoadWide(text), refused);
-    const __m256i second = Base64Values(LoadWide(text + 32), refused);
-    const __m256i third = Base64Values(LoadWide(text + 64), refused);
-    const __m256i fourth = Base64Values(LoadWide(text + 96), refused);
-    if (_mm256_testz_si256(refused, refused) == 0) break;
-    StoreBase64(first, out);
-    StoreBase64(second, out + 24);
-    StoreBase64(third, out + 48);
-    StoreBase64(fourth, out + 72);
+  for (; step < steps; ++step, text += 64, out += 48) {
+    __m256i rows;
+    __m256i rowsToo;
+    const __m256i first = Base64Values(LoadWide(text), rows);
+    const __m256i second = Base64Values(LoadWide(text + 32), rowsToo);
+    const __m256i least = _mm256_min_epu8(rows, rowsToo);
+    if (_mm256_movemask_epi8(_mm256_cmpeq_epi8(least, _mm256_setzero_si256())) != 0) break;
+    StoreWide(out, Base64Bytes(first));
+    StoreWide(out + 24, Base64Bytes(second));
   }
-  return step * 128;
+  return step * 64;
 }
 
 VNZEL_SSSE3 std::size_t EncodeHexSsse3(const std::uint8_t* bytes, std::size_t count, const char* digits,
