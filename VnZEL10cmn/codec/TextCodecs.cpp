@@ -96,8 +96,9 @@ void EncodeBase64(Bytes bytes, std::string& text, [[maybe_unused]] Instructions 
 #if VNZEL_X86_64
   if (usable.avx2) {
     done = EncodeBase64Avx2(bytes.data(), bytes.size(), text.data());
-  } else if (usable.ssse3) {
-    done = EncodeBase64Ssse3(bytes.data(), bytes.size(), text.data());
+  }
+  if (usable.ssse3) {
+    done += EncodeBase64Ssse3(bytes.data() + done, bytes.size() - done, text.data() + done / 3 * 4);
   }
 #endif
   char* out = text.data() + done / 3 * 4;
@@ -203,22 +204,20 @@ std::size_t DecodeHexDigits(std::string_view text, std::span<std::uint8_t> out,
 }
 
 std::size_t DeviceText(std::string_view text, std::span<char> out) {
-  const char* at = text.data();
-  const char* const end = at + text.size();
   char* to = out.data();
   char* const full = to + out.size();
-  while (at != end && to != full) {
-    const auto first = static_cast<unsigned char>(*at);
-    if (first < kDeviceCharacters.size()) {
-      ++at;
-      if (first != ' ') {
-        *to++ = kDeviceCharacters[first];
+  while (!text.empty() && to != full) {
+    // No character gives more than one.
+    const std::string_view fitting = text.substr(0, static_cast<std::size_t>(full - to));
+    const auto* at = fitting.begin();
+    for (; at != fitting.end() && static_cast<unsigned char>(*at) < kDeviceCharacters.size(); ++at) {
+      if (*at != ' ') {
+        *to++ = kDeviceCharacters[static_cast<unsigned char>(*at)];
       }
-      continue;
     }
-    std::string_view rest(at, static_cast<std::size_t>(end - at));
-    const char32_t character = NextCharacter(rest);
-    at = rest.data();
+    text.remove_prefix(static_cast<std::size_t>(at - fitting.begin()));
+    if (at == fitting.end()) continue;
+    const char32_t character = NextCharacter(text);
     *to++ = '#';
     if (character >= 0x10000 && to != full) {
       *to++ = '#';

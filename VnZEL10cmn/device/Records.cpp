@@ -264,8 +264,9 @@ MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_
   return std::nullopt;
 }
 
-MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits) {
-  if (auto refusal = CheckRead(buffer, start, limits)) {
+MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits,
+                        ZelTags tag) {
+  if (auto refusal = CheckRead(buffer, start, limits, tag)) {
     return refusal;
   }
   result = ByteArray(Value(buffer, start));
@@ -273,29 +274,41 @@ MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray&
   return std::nullopt;
 }
 
-MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits) {
-  if (!IsRecord(buffer, start, limits)) {
-    return CheckRead(buffer, start, limits);
-  }
-  const std::span<const std::uint8_t> value = Value(buffer, start);
-  if (IsPlain(value.data(), value.size())) {
-    result.assign(reinterpret_cast<const char*>(value.data()), value.size());
-    Advance(start, value.size());
+std::optional<std::string_view> PlainText(const ByteArray& buffer, std::int32_t start, Limits limits,
+                                          ZelTags tag) {
+  if (!IsRecord(buffer, start, limits, tag)) {
     return std::nullopt;
   }
-  result.assign(value.size(), ' ');
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    if (value[i] < 32 || value[i] > 127) {
-      return InvalidTextByte(start, buffer[start], value.size(), i, value[i]);
-    }
-    result[i] = static_cast<char>(value[i]);
+  const std::span<const std::uint8_t> value = Value(buffer, start);
+  if (!IsPlain(value.data(), value.size())) {
+    return std::nullopt;
   }
-  Advance(start, value.size());
-  return std::nullopt;
+  return std::string_view(reinterpret_cast<const char*>(value.data()), value.size());
 }
 
-MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits) {
-  if (auto refusal = CheckRead(buffer, start, limits)) {
+MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits,
+                       ZelTags tag) {
+  if (const auto text = PlainText(buffer, start, limits, tag)) {
+    result = std::string(*text);  // takes fewer steps than an assignment of the text
+    Advance(start, text->size());
+    return std::nullopt;
+  }
+  if (auto refusal = CheckRead(buffer, start, limits, tag)) {
+    return refusal;
+  }
+  // What stands before the byte that is refused is read.
+  const std::span<const std::uint8_t> value = Value(buffer, start);
+  const auto refused =
+      std::ranges::find_if(value, [](std::uint8_t byte) { return byte < 0x20 || byte > 0x7F; });
+  result.assign(value.size(), ' ');
+  std::copy(value.begin(), refused, result.begin());
+  return InvalidTextByte(start, buffer[start], value.size(),
+                         static_cast<std::size_t>(refused - value.begin()), *refused);
+}
+
+MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits,
+                     ZelTags tag) {
+  if (auto refusal = CheckRead(buffer, start, limits, tag)) {
     return refusal;
   }
   result = UpperHex(Value(buffer, start));

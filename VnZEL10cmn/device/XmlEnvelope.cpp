@@ -34,29 +34,35 @@ constexpr std::string_view kTagLine = "\r\n    XML-Tag ..........: ";
 
 char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-/// Position of a text of two characters or more that is to be found in any case; nowhere for an empty one.
-std::size_t Find(std::string_view text, std::string_view wanted) {
-  if (wanted.empty()) {
-    return kNowhere;
+bool IsSame(char left, char right) { return left == right || LowerAscii(left) == LowerAscii(right); }
+
+/// Whether a text begins with another one, in any case; most are written as they are wanted.
+bool BeginsWith(std::string_view text, std::string_view wanted) {
+  text = text.substr(0, wanted.size());
+  return text == wanted || std::equal(text.begin(), text.end(), wanted.begin(), wanted.end(), IsSame);
+}
+
+/// Where an element's texts stand for the first time, in any case.
+struct Places {
+  std::size_t opening = kNowhere;
+  std::size_t closing = kNowhere;
+};
+
+Places PlacesOf(const Element& element, std::string_view document) {
+  Places places;
+  if (element.opening.empty()) {
+    return places;
   }
-  const auto isHere = [text, wanted](std::size_t at) {
-    return std::equal(wanted.begin(), wanted.end(), text.begin() + at,
-                      [](char left, char right) { return LowerAscii(left) == LowerAscii(right); });
-  };
-  // Elements begin with a character that stands in few places.
-  const bool isElement = wanted[0] == '<';
-  for (std::size_t at = 0; at + wanted.size() <= text.size(); ++at) {
-    if (isElement) {
-      at = text.find('<', at);
-      if (at == kNowhere || at + wanted.size() > text.size()) {
-        return kNowhere;
-      }
-    }
-    if (LowerAscii(text[at + 1]) == LowerAscii(wanted[1]) && isHere(at)) {
-      return at;
+  for (std::size_t at = document.find('<'); at != kNowhere; at = document.find('<', at + 1)) {
+    const std::string_view here = document.substr(at);
+    const bool isClosing = here.substr(1, 1) == "/";
+    std::size_t& place = isClosing ? places.closing : places.opening;
+    if (place == kNowhere && BeginsWith(here, isClosing ? element.closing : element.opening)) {
+      place = at;
+      if (places.opening != kNowhere && places.closing != kNowhere) break;
     }
   }
-  return kNowhere;
+  return places;
 }
 
 const Element& ElementOf(ZelXmlTags tag) {
@@ -75,7 +81,9 @@ std::size_t Position(std::string_view text, std::size_t at) { return Utf16Length
 std::string_view ProfileOf(std::string_view attributes) {
   constexpr std::string_view name = "profile";
   constexpr std::string_view quotes = "\"'";
-  if (Utf16Length(attributes) <= name.size() || Find(attributes, name) == kNowhere) {
+  const bool isNamed =
+      std::search(attributes.begin(), attributes.end(), name.begin(), name.end(), IsSame) != attributes.end();
+  if (Utf16Length(attributes) <= name.size() || !isNamed) {
     return {};
   }
   const std::size_t first = attributes.find_first_of(quotes);
@@ -86,15 +94,14 @@ std::string_view ProfileOf(std::string_view attributes) {
 }  // namespace
 
 bool HasElement(std::string_view document, ZelXmlTags tag) {
-  const Element& element = ElementOf(tag);
-  return Find(document, element.opening) != kNowhere || Find(document, element.closing) != kNowhere;
+  const Places places = PlacesOf(ElementOf(tag), document);
+  return places.opening != kNowhere || places.closing != kNowhere;
 }
 
 MaybeRefusal FindElement(std::string_view document, ZelXmlTags tag, std::string_view& content,
                          std::string_view& profile) {
   const Element& element = ElementOf(tag);
-  const std::size_t opening = Find(document, element.opening);
-  const std::size_t end = Find(document, element.closing);
+  const auto [opening, end] = PlacesOf(element, document);
   if (opening == kNowhere && end == kNowhere) {
     return Missing("Das angeforderte XML-Tag konnte nicht gefunden werden!", element.opening);
   }

@@ -47,21 +47,6 @@ ZelTags HashTag(bool isTrans) { return isTrans ? ZelTags::Hash_Trans_Items : Zel
 
 bool IsMonth(ZelTags tag) { return tag == ZelTags::Month_Start || tag == ZelTags::Month_End; }
 
-/// A reader of one field: the field's tag and length, then the value.
-template <class Result, class Reader>
-MaybeRefusal ReadField(const ByteArray& buffer, std::int32_t& start, Result& result, Limits limits,
-                       ZelTags tag, Reader&& reader) {
-  if (auto refusal = CheckRead(buffer, start, limits, tag)) {
-    return refusal;
-  }
-  return reader(buffer, start, result, Limits{});
-}
-
-MaybeRefusal ReadText(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits,
-                      ZelTags tag) {
-  return ReadField(buffer, start, result, limits, tag, internal::ReadAscii);
-}
-
 /// A number of up to four bytes, big endian; of more the first four count.
 MaybeRefusal ReadInteger(const ByteArray& buffer, std::int32_t& start, std::int32_t& result, Limits limits,
                          ZelTags tag) {
@@ -174,7 +159,7 @@ MaybeRefusal ReadDate(const ByteArray& buffer, std::int32_t& start, ZelTags tag,
   }
   std::string digits;
   const Limits limits{minLen, std::max(minLen, kDateBytes)};
-  if (auto refusal = ReadField(buffer, start, digits, limits, tag, internal::ReadBcd)) {
+  if (auto refusal = internal::ReadBcd(buffer, start, digits, limits, tag)) {
     return refusal;
   }
   const bool isMonth = IsMonth(tag) || minLen == kMonthBytes;
@@ -195,7 +180,7 @@ MaybeRefusal ReadDate(const ByteArray& buffer, std::int32_t& start, ZelTags tag,
 
 MaybeRefusal ReadTime(const ByteArray& buffer, std::int32_t& start, ZelTags tag, Date& result) {
   std::string digits;
-  if (auto refusal = ReadField(buffer, start, digits, kTime, tag, internal::ReadBcd)) {
+  if (auto refusal = internal::ReadBcd(buffer, start, digits, kTime, tag)) {
     return refusal;
   }
   digits.insert(0, 4 - digits.size(), '0');
@@ -332,9 +317,8 @@ bool clsZelBaseCoding::SetDataBcdSgnd(ByteArray& Buffer, std::int32_t& Start, Ze
 }
 
 bool clsZelBaseCoding::GetZelSignature(const ByteArray& Buffer, std::int32_t& Start, ByteArray& ResultBin) {
-  return Code("GetZelSignature", Start, [&] {
-    return ReadField(Buffer, Start, ResultBin, kSignature, ZelTags::Signature, internal::ReadBinary);
-  });
+  return Code("GetZelSignature", Start,
+              [&] { return internal::ReadBinary(Buffer, Start, ResultBin, kSignature, ZelTags::Signature); });
 }
 
 bool clsZelBaseCoding::GetZelLifeCycle(const ByteArray& Buffer, std::int32_t& Start, ZelLifeCycle& Result) {
@@ -352,7 +336,7 @@ bool clsZelBaseCoding::GetZelSerialNr(const ByteArray& Buffer, std::int32_t& Sta
                                       std::string* ResultAsc, bool Asc126Plus) {
   return Code("GetZelSerialNr", Start, [&] {
     ByteArray value;
-    auto refusal = ReadField(Buffer, Start, value, {}, ZelTags::Serial_No, internal::ReadBinary);
+    auto refusal = internal::ReadBinary(Buffer, Start, value, {}, ZelTags::Serial_No);
     if (!refusal) {
       Result = internal::EncodeBase64({value.data(), value.size()});
       if (ResultAsc != nullptr) {
@@ -365,12 +349,12 @@ bool clsZelBaseCoding::GetZelSerialNr(const ByteArray& Buffer, std::int32_t& Sta
 
 bool clsZelBaseCoding::GetZelVersion(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
   return Code("GetZelVersion", Start,
-              [&] { return ReadText(Buffer, Start, Result, kVersion, ZelTags::Version); });
+              [&] { return internal::ReadAscii(Buffer, Start, Result, kVersion, ZelTags::Version); });
 }
 
 bool clsZelBaseCoding::GetZelTranspPin(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
   return Code("GetZelTranspPin", Start,
-              [&] { return ReadText(Buffer, Start, Result, kPin, ZelTags::Transport_Pin); });
+              [&] { return internal::ReadAscii(Buffer, Start, Result, kPin, ZelTags::Transport_Pin); });
 }
 
 bool clsZelBaseCoding::SetZelTranspPin(ByteArray& Buffer, std::int32_t& Start, std::string_view Pin) {
@@ -396,7 +380,7 @@ bool clsZelBaseCoding::SetZelTranspPin(ByteArray& Buffer, std::int32_t& Start, s
 
 bool clsZelBaseCoding::GetZelTpID(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
   return Code("GetZelTpID", Start,
-              [&] { return ReadText(Buffer, Start, Result, kTaxpayerId, ZelTags::Tp_ID); });
+              [&] { return internal::ReadAscii(Buffer, Start, Result, kTaxpayerId, ZelTags::Tp_ID); });
 }
 
 bool clsZelBaseCoding::GetZelTpIDNr(const ByteArray& Buffer, std::int32_t& Start, Currency& Result) {
@@ -406,7 +390,7 @@ bool clsZelBaseCoding::GetZelTpIDNr(const ByteArray& Buffer, std::int32_t& Start
 
 bool clsZelBaseCoding::GetZelOperator(const ByteArray& Buffer, std::int32_t& Start, std::string& Result) {
   return Code("GetZelOperator", Start,
-              [&] { return ReadText(Buffer, Start, Result, kOperator, ZelTags::Operator); });
+              [&] { return internal::ReadAscii(Buffer, Start, Result, kOperator, ZelTags::Operator); });
 }
 
 bool clsZelBaseCoding::SetZelOperator(ByteArray& Buffer, std::int32_t& Start, std::string_view Operator) {
@@ -426,7 +410,7 @@ bool clsZelBaseCoding::GetZelHash(const ByteArray& Buffer, std::int32_t& Start, 
                                   std::string& Result) {
   return Code("GetZelHash", Start, [&]() -> MaybeRefusal {
     ByteArray hash;
-    if (auto refusal = ReadField(Buffer, Start, hash, kHash, HashTag(IsTrans), internal::ReadBinary)) {
+    if (auto refusal = internal::ReadBinary(Buffer, Start, hash, kHash, HashTag(IsTrans))) {
       return refusal;
     }
     if (!IsHashLength(hash.size())) {
@@ -610,7 +594,7 @@ bool clsZelBaseCoding::GetZelSignature2(const ByteArray& Buffer, std::int32_t& S
                                         std::int32_t GroupLen, std::string_view GroupSep, bool AsBase32) {
   return Code("GetZelSignature2", Start, [&] {
     ByteArray signature;
-    auto refusal = ReadField(Buffer, Start, signature, kSignature, ZelTags::Signature, internal::ReadBinary);
+    auto refusal = internal::ReadBinary(Buffer, Start, signature, kSignature, ZelTags::Signature);
     if (!refusal) {
       const std::span<const std::uint8_t> bytes(signature.data(), signature.size());
       Result = Grouped(AsBase32 ? internal::EncodeBase32(bytes, false) : internal::EncodeBase64(bytes),

@@ -328,10 +328,12 @@ bool clsZelItemCash::ReadRecords(const ByteArray& data, std::int32_t& start) {
           return true;
         }
         hasQuantity = true;
-        std::string text;
-        done = readText(text);
-        if (done) {
-          Quantity(QuantityFromText(text));
+        if (const auto text = internal::PlainText(data, start)) {
+          internal::Advance(start, text->size());
+          Quantity(QuantityFromText(*text));
+        } else {
+          std::string refused;
+          done = readText(refused);
         }
         break;
       }

@@ -46,7 +46,7 @@ class Shelf {
   void Step(Input& input) {
     const std::int32_t operation = input.Between(0, 8);
     const std::size_t choice = input.Number<std::uint16_t>();
-    const Item present = items_.empty() ? nullptr : items_[choice % items_.size()];
+    const Entry present = items_.empty() ? Entry{} : items_[choice % items_.size()];
     switch (operation) {
       case 0:
         for (std::size_t count = choice % 64; count > 0 && items_.size() < kMost; --count) {
@@ -54,23 +54,24 @@ class Shelf {
         }
         break;
       case 1: Add(std::make_shared<NamedItem>(std::to_string(choice % 16))); break;
-      case 2: Add(std::make_shared<NamedItem>(present ? present->InstanceID() : "none")); break;
-      case 3: Add(present ? present : std::make_shared<clsZelItemCash>()); break;
-      case 4: Add(removed_ ? removed_ : std::make_shared<clsZelItemCash>()); break;
-      case 5: Add(std::make_shared<NamedItem>(removed_ ? removed_->InstanceID() : "none")); break;
+      case 2: Add(std::make_shared<NamedItem>(present.id)); break;
+      case 3: Add(present.item ? present.item : std::make_shared<clsZelItemCash>()); break;
+      case 4: Add(removed_.item ? removed_.item : std::make_shared<clsZelItemCash>()); break;
+      case 5: Add(std::make_shared<NamedItem>(removed_.id)); break;
       case 6: Remove(present, nullptr, {}, static_cast<std::int32_t>(choice % (items_.size() + 1))); break;
-      case 7: Remove(present, nullptr, present ? present->InstanceID() : "none", -1); break;
-      default: Remove(present, present, {}, -1);
+      case 7: Remove(present, nullptr, present.id, -1); break;
+      default: Remove(present, present.item, {}, -1);
     }
     FUZZ_CHECK(list_.ItemCount() == static_cast<std::int32_t>(items_.size()));
     if (!items_.empty()) {
       const std::size_t position = choice / 3 % items_.size();
-      FUZZ_CHECK(list_.ItemI(static_cast<std::int32_t>(position) + 1) == items_[position]);
+      FUZZ_CHECK(list_.ItemI(static_cast<std::int32_t>(position) + 1) == items_[position].item);
     }
   }
 
   void CheckOrder() {
-    FUZZ_CHECK(std::equal(list_.begin(), list_.end(), items_.begin(), items_.end()));
+    FUZZ_CHECK(std::equal(list_.begin(), list_.end(), items_.begin(), items_.end(),
+                          [](const Item& item, const Entry& entry) { return item == entry.item; }));
     CheckPositions(list_);
   }
 
@@ -80,43 +81,48 @@ class Shelf {
   /// More would take long, and reach nothing new.
   static constexpr std::size_t kMost = 100;
 
-  Item Find(const std::string& id) {
-    const auto found = std::find_if(items_.begin(), items_.end(),
-                                    [&id](const Item& item) { return item->InstanceID() == id; });
-    return found == items_.end() ? nullptr : *found;
-  }
+  /// An item with its instance ID, which takes longer to ask for than all else here.
+  struct Entry {
+    Item item;
+    std::string id = "none";
+  };
 
-  void Add(const Item& item) { Add(item, !Find(item->InstanceID())); }
+  void Add(const Item& item) {
+    const std::string id = item->InstanceID();
+    Add(item,
+        std::none_of(items_.begin(), items_.end(), [&id](const Entry& entry) { return entry.id == id; }));
+  }
 
   void Add(const Item& item, bool isNew) {
     const bool done = list_.AddItem(item);
     CheckOutcome(list_, done, "AddItem");
     FUZZ_CHECK(done == isNew);
     if (isNew) {
-      items_.push_back(item);
+      items_.push_back({item, item->InstanceID()});
     }
   }
 
   /// No item stands at a position below 1.
-  void Remove(Item item, const Item& object, const std::string& id, std::int32_t position) {
+  void Remove(Entry entry, const Item& object, const std::string& id, std::int32_t position) {
     if (!object && id.empty()) {
-      item = position < 1 ? nullptr : items_[static_cast<std::size_t>(position) - 1];
+      entry = position < 1 ? Entry{} : items_[static_cast<std::size_t>(position) - 1];
     }
     FUZZ_CHECK(list_.RemoveItem(object, id, position));
-    if (item) {
-      items_.erase(std::find(items_.begin(), items_.end(), item));
-      FUZZ_CHECK(!list_.ItemK(item->InstanceID()));
-      removed_ = item;
+    if (entry.item) {
+      items_.erase(std::find_if(items_.begin(), items_.end(),
+                                [&entry](const Entry& other) { return other.item == entry.item; }));
+      FUZZ_CHECK(!list_.ItemK(entry.id));
+      removed_ = entry;
     }
   }
 
   VnZEL10cmn::clsZelItemList list_;
-  std::vector<Item> items_;
-  Item removed_;
+  std::vector<Entry> items_;
+  Entry removed_;
 };
 
 void ComeAndGo(Input& input) {
-  constexpr int kMostSteps = 200;
+  constexpr int kMostSteps = 100;
   Shelf shelf;
   for (int count = 0; count < kMostSteps && !input.AtEnd(); ++count) {
     shelf.Step(input);

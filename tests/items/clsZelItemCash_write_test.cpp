@@ -432,6 +432,13 @@ TEST(clsZelItemCashWrite, AUnitOfBlanksAloneIsAFailureOfTheUnit) {
   ExpectObjectFailure(item, 63, 3, "Mengeneinheit");
 }
 
+TEST(clsZelItemCashWrite, BlanksAtTheEndOfAReadNameLeaveWhatStandsBehindTheRecords) {
+  clsZelItemCash item;
+  std::int32_t start = 0;
+  ASSERT_TRUE(item.BinaryDataSet(FromHex("A0 01 31 A1 02 6B 20 A2 03 61 20 20"), start));
+  EXPECT_EQ(Records(item), "A0 01 31 A1 01 6B A2 01 61");
+}
+
 TEST(clsZelItemCashWrite, SuccessClearsAnOldErrorAndItsOrigin) {
   clsZelItemCash item;
   EXPECT_FALSE(item.SetItemData(1, ""));

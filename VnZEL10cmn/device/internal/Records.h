@@ -77,7 +77,8 @@ inline void Advance(std::int32_t& start, std::size_t length) {
 /// A tag that has no place where it was found.
 Refusal UnexpectedTag(std::uint8_t tag);
 
-// Readers and writers of the record at `start`, which they move behind it. A reader takes any tag. After a
+// Readers and writers of the record at `start`, which they move behind it. A reader takes any tag unless it
+// is told which. After a
 // refusal `start` may have moved; the public operations put it back.
 
 /// The value of a record that is checked already.
@@ -86,9 +87,16 @@ inline std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t
   return {record + kRecordHead, record[1]};
 }
 
-MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits = {});
-MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
-MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {});
+/// The value of a text record where it stands in the buffer, if it is one that `ReadAscii` takes.
+std::optional<std::string_view> PlainText(const ByteArray& buffer, std::int32_t start, Limits limits = {},
+                                          ZelTags tag = {});
+
+MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits = {},
+                        ZelTags tag = {});
+MaybeRefusal ReadAscii(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {},
+                       ZelTags tag = {});
+MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& result, Limits limits = {},
+                     ZelTags tag = {});
 MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result,
                            Limits limits = {});
 
