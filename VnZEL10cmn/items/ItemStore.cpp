@@ -117,6 +117,10 @@ std::size_t ItemStore::FindSlot(std::string_view id) const {
 
 std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) const {
   IndexNewSlots();
+  if (IsNext(id)) {
+    LookAhead(next_);
+    return next_++;
+  }
   const std::size_t mask = table_.size() - 1;
   const std::uint32_t start = StartOf(id);
   for (std::size_t at = start; !table_.empty(); ++at) {
@@ -127,30 +131,33 @@ std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) cons
     // Only cash items are in the table.
     if (entry.idStart == start && slots_[entry.slot] &&
         *CashItemAccess::Id(static_cast<clsZelItemCash&>(*slots_[entry.slot])) == id) {
-      LookAhead(entry.slot);
+      next_ = entry.slot + 1;
       return entry.slot;
     }
   }
   return kNowhere;
 }
 
-/// Who asks for one ID after the other mostly asks in the order of the items: a long list then waits for its memory
-/// while it has something else to do.
+/// Whether the item behind the one found last is the one with this ID: who asks for one after the other mostly asks in
+/// the order of the items.
+bool ItemStore::IsNext(const std::array<std::uint8_t, 16>& id) const noexcept {
+  if (!foreign_.empty() || next_ >= entered_ || !slots_[next_]) {
+    return false;
+  }
+  const auto* const known = CashItemAccess::KnownId(static_cast<const clsZelItemCash&>(*slots_[next_]));
+  return known != nullptr && *known == id;
+}
+
+/// Has an item brought nearer that will be asked for soon, so that a long list waits for its memory while it has
+/// something else to do.
 void ItemStore::LookAhead(std::size_t slot) const noexcept {
   constexpr std::size_t far = 16;
-  constexpr std::size_t near = 8;
   constexpr std::size_t cacheLine = 64;
-  if (slot + far >= slots_.size() || !foreign_.empty()) {
-    return;
-  }
-  // The item's own part, and before it the count of those who hold it.
-  const auto item = reinterpret_cast<std::uintptr_t>(slots_[slot + far].get());
-  platform::Prefetch(reinterpret_cast<const void*>(item + cacheLine / 2));
-  platform::Prefetch(reinterpret_cast<const void*>(item - cacheLine));
-  // By now the ID of that one is there.
-  if (const auto* const next = slots_[slot + near].get()) {
-    const auto& id = CashItemAccess::KnownId(static_cast<const clsZelItemCash&>(*next));
-    platform::Prefetch(&table_[StartOf(id) & (table_.size() - 1)]);
+  if (slot + far < slots_.size()) {
+    // The item's own part, and before it the count of those who hold it.
+    const auto item = reinterpret_cast<std::uintptr_t>(slots_[slot + far].get());
+    platform::Prefetch(reinterpret_cast<const void*>(item + cacheLine / 2));
+    platform::Prefetch(reinterpret_cast<const void*>(item - cacheLine));
   }
 }
 
@@ -240,7 +247,7 @@ void ItemStore::CloseGaps() noexcept {
   std::erase(slots_, nullptr);
   counts_.clear();
   table_.clear();
-  empty_ = first_ = entered_ = 0;
+  empty_ = first_ = entered_ = next_ = 0;
 }
 
 void ItemStore::Release(const Item& item) noexcept {
@@ -257,7 +264,7 @@ void ItemStore::Clear() noexcept {
   counts_.clear();
   table_.clear();
   foreign_.clear();
-  empty_ = first_ = entered_ = 0;
+  empty_ = first_ = entered_ = next_ = 0;
   items.clear();
   // The next items of a short list find their room again.
   if (slots_.empty() && items.capacity() <= kShortList) {

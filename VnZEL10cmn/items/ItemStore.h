@@ -110,6 +110,7 @@ class ItemStore {
   std::size_t FindCashItem(const std::array<std::uint8_t, 16>& id) const;
   std::size_t FindSlotOf(const Item& item) const;
   void IndexNewSlots() const;
+  bool IsNext(const std::array<std::uint8_t, 16>& id) const noexcept;
   void LookAhead(std::size_t slot) const noexcept;
   void Enter(Entry entry) const noexcept;
   void RemoveSlot(std::size_t slot);
@@ -128,6 +129,7 @@ class ItemStore {
   /// are entered when the next one is looked for.
   mutable std::vector<Entry> table_;
   mutable std::size_t entered_ = 0;  ///< slots that are in the table
+  mutable std::size_t next_ = 0;     ///< the slot behind that of the item found last
   /// Items of a host's classes by the ID that they had when they were added.
   std::unordered_map<std::string, std::size_t, IdHash, std::equal_to<>> foreign_;
 };

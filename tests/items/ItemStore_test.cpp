@@ -129,6 +129,30 @@ TEST(clsZelItemListRemoval, ManyItemsFromEitherEndAndFromTheMiddle) {
   }
 }
 
+TEST(clsZelItemListSearch, FindsItemsInTheirOrderAgainstItAndAcrossGaps) {
+  clsZelItemList list;
+  std::vector<Item> items;
+  for (int i = 0; i < 40; ++i) {
+    items.push_back(std::make_shared<clsZelItemCash>());
+    ASSERT_TRUE(list.AddItem(items.back()));
+  }
+  const auto find = [&](std::size_t at) { return list.ItemK(items[at]->InstanceID()); };
+  for (std::size_t i = 0; i < items.size(); ++i)
+    EXPECT_EQ(find(i), items[i]) << i;
+  for (std::size_t i = items.size(); i-- > 0;)
+    EXPECT_EQ(find(i), items[i]) << i;
+  // The one behind the item found last is gone, is another one, or was never there.
+  EXPECT_EQ(find(3), items[3]);
+  ASSERT_TRUE(list.RemoveItem(items[4]));
+  EXPECT_EQ(find(4), nullptr);
+  EXPECT_EQ(find(5), items[5]);
+  EXPECT_EQ(find(7), items[7]);
+  EXPECT_EQ(find(39), items[39]);
+  EXPECT_EQ(list.ItemK("{00000000-0000-0000-0000-000000000000}"), nullptr);
+  ASSERT_TRUE(list.Clear());
+  EXPECT_EQ(find(0), nullptr);
+}
+
 TEST(clsZelItemListRemoval, AnItemWhoseIDHasChangedIsFoundByItself) {
   clsZelItemList list;
   const auto first = std::make_shared<HostItem>("first");

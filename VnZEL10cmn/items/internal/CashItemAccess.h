@@ -23,8 +23,10 @@ struct CashItemAccess {
     return item.MakeIdentity() ? &item.id_ : nullptr;
   }
 
-  /// The same without making one: zeros if there is none.
-  static const std::array<std::uint8_t, 16>& KnownId(const clsZelItemCash& item) noexcept { return item.id_; }
+  /// The same without making one.
+  static const std::array<std::uint8_t, 16>* KnownId(const clsZelItemCash& item) noexcept {
+    return item.hasId_ ? &item.id_ : nullptr;
+  }
 
   /// The prices of the VAT classes 0 to 5.
   static const std::array<Currency, 6>& Prices(const clsZelItemCash& item) noexcept { return item.prices_; }
