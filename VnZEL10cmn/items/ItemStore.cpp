@@ -116,11 +116,11 @@ std::size_t ItemStore::FindSlot(std::string_view id) const {
 }
 
 std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) const {
-  IndexNewSlots();
   if (IsNext(id)) {
     LookAhead(next_);
     return next_++;
   }
+  IndexNewSlots();
   const std::size_t mask = table_.size() - 1;
   const std::uint32_t start = StartOf(id);
   for (std::size_t at = start; !table_.empty(); ++at) {
@@ -141,7 +141,7 @@ std::size_t ItemStore::FindCashItem(const std::array<std::uint8_t, 16>& id) cons
 /// Whether the item behind the one found last is the one with this ID: who asks for one after the other mostly asks in
 /// the order of the items.
 bool ItemStore::IsNext(const std::array<std::uint8_t, 16>& id) const noexcept {
-  if (!foreign_.empty() || next_ >= entered_ || !slots_[next_]) {
+  if (!foreign_.empty() || next_ >= slots_.size() || !slots_[next_]) {
     return false;
   }
   const auto* const known = CashItemAccess::KnownId(static_cast<const clsZelItemCash&>(*slots_[next_]));
@@ -206,8 +206,7 @@ std::size_t ItemStore::FindSlotOf(const Item& item) const {
   return found == slots_.end() ? kNowhere : static_cast<std::size_t>(found - slots_.begin());
 }
 
-void ItemStore::Remove(const Item& item) {
-  const std::size_t slot = FindSlotOf(item);
+void ItemStore::RemoveFound(std::size_t slot) {
   if (slot != kNowhere) {
     RemoveSlot(slot);
   }

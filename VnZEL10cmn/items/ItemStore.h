@@ -86,8 +86,9 @@ class ItemStore {
   /// Removes the item at a position that exists, counted from 0.
   void RemoveAt(std::size_t position) { RemoveSlot(SlotAt(position)); }
 
-  /// Removes an item if it is here.
-  void Remove(const Item& item);
+  /// Removes an item, or the one with an instance ID, if it is here.
+  void Remove(const Item& item) { RemoveFound(FindSlotOf(item)); }
+  void Remove(std::string_view id) { RemoveFound(FindSlot(id)); }
 
   /// Removes all items.
   void Clear() noexcept;
@@ -113,6 +114,7 @@ class ItemStore {
   bool IsNext(const std::array<std::uint8_t, 16>& id) const noexcept;
   void LookAhead(std::size_t slot) const noexcept;
   void Enter(Entry entry) const noexcept;
+  void RemoveFound(std::size_t slot);
   void RemoveSlot(std::size_t slot);
   void CountItems();
   std::uint32_t ItemsBefore(std::size_t slot) const noexcept;

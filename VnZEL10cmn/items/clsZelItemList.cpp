@@ -103,13 +103,13 @@ bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::st
     if (ItemCount() == 0 || !isSelected) {
       return true;
     }
-    const std::shared_ptr<IVnZelItem> wanted = Item ? Item : ID.empty() ? nullptr : ItemK(ID);
-    if (wanted) {
-      items_.Remove(wanted);
-    } else if (ID.empty()) {
-      if (Index > ItemCount()) {
-        throw std::out_of_range("item index");
-      }
+    if (Item) {
+      items_.Remove(Item);
+    } else if (!ID.empty()) {
+      items_.Remove(ID);
+    } else if (Index > ItemCount()) {
+      throw std::out_of_range("item index");
+    } else {
       items_.RemoveAt(static_cast<std::size_t>(Index - 1));
     }
     return true;
