@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "VnZEL10cmn/codec/internal/ShaBlocks.h"
-#include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn::internal {
@@ -170,9 +169,6 @@ Sha256Digest Sha256OfText(std::string_view text) {
 }
 
 Sha256Digest Sha256OfCodePageBytes(Bytes message) {
-  if (AllAbove({reinterpret_cast<const char*>(message.data()), message.size()}, -1)) {
-    return Sha256(message);
-  }
   // The items of most bookings need no memory for this.
   std::array<std::uint8_t, 1024> few;
   std::vector<std::uint8_t> many(message.size() > few.size() ? message.size() : 0);
