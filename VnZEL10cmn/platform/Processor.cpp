@@ -1,7 +1,6 @@
 #include "VnZEL10cmn/platform/internal/Processor.h"
 
-#include <array>
-#include <cstdint>
+#include <cstddef>
 #include <cstdlib>
 
 #if VNZEL_X86_64
@@ -19,11 +18,9 @@ namespace VnZEL10cmn::platform {
 
 namespace {
 
-/// EAX, EBX, ECX, EDX; zeros for a leaf that the processor doesn't know.
-using Registers = std::array<std::uint32_t, 4>;
-
-Registers Cpuid(std::uint32_t leaf) noexcept {
-  Registers registers{};
+/// Zeros for a leaf that the processor doesn't know.
+CpuidRegisters Cpuid(std::uint32_t leaf) noexcept {
+  CpuidRegisters registers{};
 #ifdef _MSC_VER
   std::array<int, 4> values{};
   __cpuid(values.data(), 0);
@@ -39,16 +36,16 @@ Registers Cpuid(std::uint32_t leaf) noexcept {
   return registers;
 }
 
-/// Whether the operating system keeps the 256-bit registers when it changes threads.
-bool SavesWideRegisters() noexcept {
+/// Which registers the operating system keeps when it changes threads; only to be asked where it says so.
+std::uint32_t SavedState() noexcept {
 #ifdef _MSC_VER
-  const auto saved = static_cast<std::uint32_t>(_xgetbv(0));
+  return static_cast<std::uint32_t>(_xgetbv(0));
 #else
   std::uint32_t saved = 0;
   std::uint32_t upper = 0;
   __asm__("xgetbv" : "=a"(saved), "=d"(upper) : "c"(0));
+  return saved;
 #endif
-  return (saved & 6) == 6;
 }
 
 // This compiler puts 256-bit values on the stack as if Windows kept it aligned for them, which it does not.
@@ -62,18 +59,20 @@ bool Bit(std::uint32_t value, int bit) noexcept { return (value >> bit & 1) != 0
 
 }  // namespace
 
-Instructions ProcessorInstructions() noexcept {
-  const Registers basic = Cpuid(1);
-  const Registers extended = Cpuid(7);
+Instructions InstructionsOf(const CpuidRegisters& basic, const CpuidRegisters& extended,
+                            std::uint32_t (*savedState)()) noexcept {
   const bool ssse3 = Bit(basic[2], 9);
   const bool sse41 = Bit(basic[2], 19);
   const bool osXsave = Bit(basic[2], 27);
   const bool bmi = Bit(extended[1], 3) && Bit(extended[1], 8);
   const bool avx2 = Bit(extended[1], 5);
   const bool sha = Bit(extended[1], 29);
-  const bool wide = kKeepsWideValuesAligned && osXsave && SavesWideRegisters();
+  // Both halves of the 256-bit registers are kept.
+  const bool wide = kKeepsWideValuesAligned && osXsave && (savedState() & 6) == 6;
   return {ssse3, ssse3 && avx2 && bmi && wide, ssse3 && sse41 && sha};
 }
+
+Instructions ProcessorInstructions() noexcept { return InstructionsOf(Cpuid(1), Cpuid(7), SavedState); }
 
 #else
 

@@ -44,6 +44,82 @@ TEST(PermittedInstructions, OtherNamesArePassedOver) {
   EXPECT_EQ(Permitted(kAll, ",SHA,avx512,,sha ,avx2,"), (Instructions{false, true, false}));
 }
 
+#if VNZEL_X86_64
+
+using VnZEL10cmn::platform::CpuidRegisters;
+using VnZEL10cmn::platform::InstructionsOf;
+
+/// The bits that count, by their published numbers: of leaf 1 SSSE3, SSE4.1 and OSXSAVE in ECX, of leaf 7 BMI1,
+/// AVX2, BMI2 and SHA in EBX.
+constexpr std::uint32_t kSsse3 = 0x200;
+constexpr std::uint32_t kSse41 = 0x80000;
+constexpr std::uint32_t kOsXsave = 0x8000000;
+constexpr std::uint32_t kBmi1 = 0x8;
+constexpr std::uint32_t kAvx2 = 0x20;
+constexpr std::uint32_t kBmi2 = 0x100;
+constexpr std::uint32_t kSha = 0x20000000;
+
+template <std::uint32_t Saved>
+std::uint32_t Saves() {
+  return Saved;
+}
+
+/// With these bits, and those that don't count as given.
+template <std::uint32_t Saved = 6>
+Instructions OfBits(std::uint32_t basic, std::uint32_t extended, std::uint32_t others) {
+  const std::uint32_t otherBasic = others & ~(kSsse3 | kSse41 | kOsXsave);
+  const std::uint32_t otherExtended = others & ~(kBmi1 | kAvx2 | kBmi2 | kSha);
+  return InstructionsOf({others, others, basic | otherBasic, others},
+                        {others, extended | otherExtended, others, others}, Saves<Saved>);
+}
+
+TEST(InstructionsOfRegisters, AreThereWhenAllBitsThatTheyNeedAre) {
+  constexpr std::uint32_t basic = kSsse3 | kSse41 | kOsXsave;
+  constexpr std::uint32_t extended = kBmi1 | kAvx2 | kBmi2 | kSha;
+  for (const std::uint32_t others : {0U, 0xFFFFFFFFU}) {
+    EXPECT_EQ(OfBits(basic, extended, others), kAll);
+    EXPECT_EQ(OfBits(basic & ~kSsse3, extended, others), Instructions{});
+    EXPECT_EQ(OfBits(basic & ~kSse41, extended, others), (Instructions{true, true, false}));
+    EXPECT_EQ(OfBits(basic & ~kOsXsave, extended, others), (Instructions{true, false, true}));
+    EXPECT_EQ(OfBits(basic, extended & ~kBmi1, others), (Instructions{true, false, true}));
+    EXPECT_EQ(OfBits(basic, extended & ~kAvx2, others), (Instructions{true, false, true}));
+    EXPECT_EQ(OfBits(basic, extended & ~kBmi2, others), (Instructions{true, false, true}));
+    EXPECT_EQ(OfBits(basic, extended & ~kSha, others), (Instructions{true, true, false}));
+    EXPECT_EQ(OfBits(kSsse3, 0, others), (Instructions{true, false, false}));
+    EXPECT_EQ(OfBits(0, 0, others), Instructions{});
+  }
+}
+
+// Bit 1 stands for the lower halves, bit 2 for the upper ones.
+TEST(InstructionsOfRegisters, WideOnesNeedBothHalvesOfTheirRegistersKept) {
+  constexpr std::uint32_t basic = kSsse3 | kSse41 | kOsXsave;
+  constexpr std::uint32_t extended = kBmi1 | kAvx2 | kBmi2 | kSha;
+  constexpr Instructions withoutWide{true, false, true};
+  EXPECT_EQ(OfBits<0>(basic, extended, 0), withoutWide);
+  EXPECT_EQ(OfBits<2>(basic, extended, 0), withoutWide);
+  EXPECT_EQ(OfBits<4>(basic, extended, 0), withoutWide);
+  EXPECT_EQ(OfBits<7>(basic, extended, 0), kAll);
+  EXPECT_EQ(OfBits<0xFFFFFFF9>(basic, extended, 0), withoutWide);
+  EXPECT_EQ(OfBits<0xFFFFFFFF>(basic, extended, 0), kAll);
+}
+
+TEST(InstructionsOfRegisters, WhatIsKeptIsAskedOnlyWhereItMayBe) {
+  static int asked;
+  asked = 0;
+  const auto savedState = []() -> std::uint32_t {
+    ++asked;
+    return 6;
+  };
+  EXPECT_EQ(InstructionsOf({0, 0, kSsse3, 0}, {0, kBmi1 | kAvx2 | kBmi2, 0, 0}, savedState),
+            (Instructions{true, false, false}));
+  EXPECT_EQ(asked, 0);
+  EXPECT_EQ(InstructionsOf({0, 0, kSsse3 | kOsXsave, 0}, {0, kBmi1 | kAvx2 | kBmi2, 0, 0}, savedState),
+            (Instructions{true, true, false}));
+  EXPECT_EQ(asked, 1);
+}
+
+#endif
+
 #if defined(__linux__) && defined(__x86_64__)
 
 // The system leaves out what it doesn't support itself, such as wide registers that it doesn't save.

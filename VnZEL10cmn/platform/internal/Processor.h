@@ -7,6 +7,8 @@
 #define VNZEL_X86_64 0
 #endif
 
+#include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace VnZEL10cmn::platform {
@@ -19,6 +21,18 @@ struct Instructions {
 
   friend bool operator==(const Instructions&, const Instructions&) = default;
 };
+
+#if VNZEL_X86_64
+
+/// EAX, EBX, ECX and EDX, as a leaf of CPUID leaves them.
+using CpuidRegisters = std::array<std::uint32_t, 4>;
+
+/// What the registers of the leaves 1 and 7 say; `savedState` reads the word that tells which registers the
+/// operating system keeps, and is called only when the processor lets it be read.
+Instructions InstructionsOf(const CpuidRegisters& basic, const CpuidRegisters& extended,
+                            std::uint32_t (*savedState)()) noexcept;
+
+#endif
 
 /// What this processor and its operating system have.
 Instructions ProcessorInstructions() noexcept;
