@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "Path.h"
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
@@ -12,13 +15,9 @@
 
 namespace test {
 
-/// The first steps of a path whose world has a `log`: it is made, and opened under that name; without a name
-/// there is none.
+/// The first steps of a path whose world has a `log`: it is made, and opened under that name.
 template <class World>
 Path<World> OpenLog(const std::string& name) {
-  if (name.empty()) {
-    return {};
-  }
   return {
       Step<World>{.operation = "clsVnLogFile",
                   .run =
@@ -56,6 +55,15 @@ inline void ExpectWholeEntries(const std::string& name) {
     }
     start = end + ending.size();
   }
+}
+
+/// As `FailEachAllocation`, of a path whose world has a log, which ends with whole entries.
+template <class World>
+void FailEachAllocationWithLog(const Path<World>& path, const std::vector<std::size_t>& counts) {
+  const TempDir folder;
+  const std::string name = folder.File("a log with a name of some length.log");
+  FailEachAllocation(Joined({OpenLog<World>(name), path}), counts);
+  ExpectWholeEntries(name);
 }
 
 }  // namespace test

@@ -24,13 +24,7 @@ struct World {
 
 using Step = test::Step<World>;
 using Path = test::Path<World>;
-
-Step Made(std::string_view what, std::function<void(World&)> make) {
-  return {.operation = what, .run = [make = std::move(make)](World& world) {
-            make(world);
-            return true;
-          }};
-}
+constexpr auto Made = test::Made<World>;
 
 std::string ShownLog(World& world) {
   return world.log->FileName() + (world.log->FileIsOpen() ? " is open" : " is closed");

@@ -12,6 +12,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "Allocations.h"
@@ -38,6 +39,15 @@ struct Step {
 
 template <class World>
 using Path = std::vector<Step<World>>;
+
+/// A step without an object in which its failure shows, such as a constructor.
+template <class World>
+Step<World> Made(std::string_view what, std::function<void(World&)> make) {
+  return {.operation = what, .run = [make = std::move(make)](World& world) {
+            make(world);
+            return true;
+          }};
+}
 
 /// One path after the other.
 template <class World>

@@ -40,13 +40,7 @@ struct World {
 
 using Step = test::Step<World>;
 using Path = test::Path<World>;
-
-Step Made(std::string_view what, std::function<void(World&)> make) {
-  return {.operation = what, .run = [make = std::move(make)](World& world) {
-            make(world);
-            return true;
-          }};
-}
+constexpr auto Made = test::Made<World>;
 
 /// The error object may hold an older error.
 Step Rendered(std::string_view operation, std::function<std::string(World&)> render) {
