@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 
+#include "Exchange.h"
 #include "Log.h"
 #include "Path.h"
 #include "VnZEL10cmn/VnZEL10cmn.h"
@@ -63,14 +64,7 @@ VnObject* Item(World& world) { return world.item.get(); }
 VnObject* List(World& world) { return &*world.list; }
 VnObject* Container(World& world) { return &*world.container; }
 
-std::string ShownItem(World& world) {
-  const clsZelItemCash& item = *world.item;
-  std::string text = std::to_string(item.Quantity().Scaled()) + " " + item.Unit() + " " + item.Name();
-  for (std::int32_t number = 1; number <= 6; ++number) {
-    text += " " + std::to_string(item.Price(number).Scaled());
-  }
-  return text + "\n";
-}
+std::string ShownItem(World& world) { return test::Exchanged::Shown(*world.item); }
 
 std::string ShownBytes(World& world) { return std::to_string(world.start) + ": " + ToHex(world.data); }
 
