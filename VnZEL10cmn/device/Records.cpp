@@ -231,13 +231,10 @@ MaybeRefusal CheckRead(const ByteArray& buffer, std::int32_t start, Limits limit
     return TooLong(start, found, length, limits.max);
   }
   const auto expected = static_cast<std::uint8_t>(tag);
-  if (expected != 0 && found != expected) {
-    return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidLen,
-                   Compose("Es wurde nicht das erwartete Tag gefunden", kStartLine, start,
-                           "\r\n    Tag erwartet ....: ", HexByte(expected), " // ", expected, kTagFoundLine,
-                           HexByte(found), " // ", found)};
-  }
-  return std::nullopt;
+  return Refusal{ZELErrorCodes::Err_Zel_CnvInvalidLen,
+                 Compose("Es wurde nicht das erwartete Tag gefunden", kStartLine, start,
+                         "\r\n    Tag erwartet ....: ", HexByte(expected), " // ", expected, kTagFoundLine,
+                         HexByte(found), " // ", found)};
 }
 
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length) {
@@ -258,10 +255,7 @@ MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_
                    Compose(kBufferTooSmall, kStartLine, start, kLengthLine, length,
                            "\r\n    Schreibende .....: ", end, kUpperLine, buffer.UBound())};
   }
-  if (length > kMaxLength) {
-    return BeyondLengthByte(start, buffer[start], length);
-  }
-  return std::nullopt;
+  return BeyondLengthByte(start, buffer[start], length);
 }
 
 MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray& result, Limits limits,
@@ -347,9 +341,6 @@ MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::st
 }
 
 std::optional<std::int64_t> SignedNumber(std::span<const std::uint8_t> value) {
-  if (value.empty()) {
-    return std::nullopt;
-  }
   const std::uint8_t last = value.back();
   const auto digits = BcdNumber(value.first(value.size() - 1));
   const bool negative = (last & 15) == 13;

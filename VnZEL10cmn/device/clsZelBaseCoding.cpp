@@ -84,16 +84,6 @@ MaybeRefusal WriteInteger(ByteArray& buffer, std::int32_t& start, ZelTags tag, s
   return internal::WriteBinary(buffer, start, tag, bytes);
 }
 
-/// Digits that a reader has checked, led by "-" or not: at most 15 of them.
-std::int64_t NumberOf(std::string_view digits) {
-  const bool negative = digits.front() == '-';
-  std::int64_t number = 0;
-  for (const char digit : digits.substr(negative ? 1 : 0)) {
-    number = number * 10 + (digit - '0');
-  }
-  return negative ? -number : number;
-}
-
 Refusal InvalidHashLength(std::size_t length) {
   return {ZELErrorCodes::Err_Zel_CnvInvalidLen,
           Compose("Die Länge der Hash-Daten stimmt nicht!", kCrLf,
@@ -130,19 +120,18 @@ MaybeRefusal WriteDate(ByteArray& buffer, std::int32_t& start, ZelTags tag, Date
   if (auto refusal = CheckWrite(buffer, start, isMonth ? kMonthBytes : kDateBytes)) {
     return refusal;
   }
-  if (parts.year >= 1000) {
-    const std::array<std::uint8_t, 4> bytes = {TwoDigits(parts.year / 100), TwoDigits(parts.year % 100),
-                                               TwoDigits(parts.month), TwoDigits(parts.day)};
-    return internal::WriteBytes(buffer, start, tag, std::span(bytes).first(isMonth ? 3 : 4));
-  }
-  // Leading zeros of the year are left out.
-  return internal::WriteBcd(buffer, start, tag,
-                            isMonth ? internal::FormatDigitsMonth(parts) : internal::FormatDigitsDate(parts),
-                            false);
+  const std::array<std::uint8_t, 4> bytes = {TwoDigits(parts.year / 100), TwoDigits(parts.year % 100),
+                                             TwoDigits(parts.month), TwoDigits(parts.day)};
+  return internal::WriteBytes(buffer, start, tag, std::span(bytes).first(isMonth ? 3 : 4));
 }
 
-std::int32_t Digits(std::string_view text, std::size_t at, std::size_t count) {
-  return static_cast<std::int32_t>(NumberOf(text.substr(at, count)));
+/// The number of some digits that a reader has checked.
+std::int32_t NumberOf(std::string_view digits, std::size_t at, std::size_t count) {
+  std::int32_t number = 0;
+  for (const char digit : digits.substr(at, count)) {
+    number = number * 10 + (digit - '0');
+  }
+  return number;
 }
 
 /// The last day of a month that exists.
@@ -165,7 +154,7 @@ MaybeRefusal ReadDate(const ByteArray& buffer, std::int32_t& start, ZelTags tag,
   const bool isMonth = IsMonth(tag) || minLen == kMonthBytes;
   Date::Civil parts{};
   if (digits.size() >= (isMonth ? 6U : 8U)) {
-    parts = {Digits(digits, 0, 4), Digits(digits, 4, 2), isMonth ? 1 : Digits(digits, 6, 2), 0, 0, 0};
+    parts = {NumberOf(digits, 0, 4), NumberOf(digits, 4, 2), isMonth ? 1 : NumberOf(digits, 6, 2), 0, 0, 0};
   }
   if (!Date::Exists(parts)) {
     return OutsideRange(digits, "01000101", "99991231");
@@ -184,7 +173,7 @@ MaybeRefusal ReadTime(const ByteArray& buffer, std::int32_t& start, ZelTags tag,
     return refusal;
   }
   digits.insert(0, 4 - digits.size(), '0');
-  const Date::Civil parts{1899, 12, 30, Digits(digits, 0, 2), Digits(digits, 2, 2), 0};
+  const Date::Civil parts{1899, 12, 30, NumberOf(digits, 0, 2), NumberOf(digits, 2, 2), 0};
   if (!Date::Exists(parts)) {
     return OutsideRange(digits, "0000", "2359");
   }

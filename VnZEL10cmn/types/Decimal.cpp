@@ -171,10 +171,6 @@ Currency Decimal::RoundedAway(int decimals) const {
 
 Currency Decimal::RoundedEven() const {
   if (scale_ <= 4) {
-    constexpr Uint128 limit = static_cast<Uint128>(1) << 96;
-    if (magnitude_ > limit) {
-      ThrowOverflow();
-    }
     return CurrencyFromMagnitude(negative_, magnitude_ * PowerOfTen(4 - scale_));
   }
   const Uint128 unit = PowerOfTen(scale_ - 4);

@@ -116,17 +116,4 @@ std::string FormatDateMinutes(Date value, const RegionalSettings& settings) {
   return DateAndTime(value.ToCivil(), settings);
 }
 
-std::string FormatDigitsDate(const Date::Civil& parts) {
-  std::string text = FormatDigitsMonth(parts);
-  AppendPadded(text, parts.day, 2);
-  return text;
-}
-
-std::string FormatDigitsMonth(const Date::Civil& parts) {
-  std::string text;
-  AppendPadded(text, parts.year, 4);
-  AppendPadded(text, parts.month, 2);
-  return text;
-}
-
 }  // namespace VnZEL10cmn::internal

@@ -1573,6 +1573,13 @@ TEST(SetZelDates, WritesDaysAndMonths) {
   EXPECT_EQ(WrittenDate(ZelTags::tDate, Date(36526.0)), "CD 04 20 00 01 01");
 }
 
+TEST(SetZelDates, WritesYearsOfThreeDigitsWithAZero) {
+  EXPECT_EQ(WrittenDate(ZelTags::tDate, Date::FromCivil(999, 3, 15)), "CD 04 09 99 03 15");
+  EXPECT_EQ(WrittenDate(ZelTags::tDate, Date::FromCivil(100, 1, 1)), "CD 04 01 00 01 01");
+  EXPECT_EQ(WrittenDate(ZelTags::Month_Start, Date::FromCivil(999, 12, 31)), "D0 03 09 99 12");
+  EXPECT_EQ(WrittenDate(ZelTags::Month_End, Date::FromCivil(100, 1, 31)), "D1 03 01 00 01");
+}
+
 TEST(SetZelDates, ADateOutsideTheCalendarIsAFault) {
   clsZelBaseCoding coding;
   ByteArray buffer = Filled(20);

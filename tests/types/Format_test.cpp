@@ -72,12 +72,9 @@ TEST(FormatQuantity, HasAPointBeforeDecimalsOtherThanZeros) {
 }
 
 TEST(FormatDates, FollowTheirPatterns) {
-  const Date::Civil parts{2026, 3, 4, 8, 5, 9};
   const Date date = Date::FromCivil(2026, 3, 4, 8, 5, 9);
   EXPECT_EQ(FormatDateTime(date, CurrentRegionalSettings()), "04.03.2026 08:05:09");
   EXPECT_EQ(FormatDateMinutes(date, CurrentRegionalSettings()), "04.03.2026 08:05");
-  EXPECT_EQ(FormatDigitsDate(parts), "20260304");
-  EXPECT_EQ(FormatDigitsMonth(parts), "202603");
 }
 
 TEST(FormatDates, TakeTheHostsCharacters) {

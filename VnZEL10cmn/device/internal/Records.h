@@ -100,7 +100,7 @@ MaybeRefusal ReadBcd(const ByteArray& buffer, std::int32_t& start, std::string& 
 MaybeRefusal ReadSignedBcd(const ByteArray& buffer, std::int32_t& start, std::string& result,
                            Limits limits = {});
 
-/// The numbers of at most nine bytes of BCD, without and with a sign; none of a value that the readers refuse.
+/// The numbers of one to nine bytes of BCD, without and with a sign; none of a value that the readers refuse.
 std::optional<std::int64_t> BcdNumber(std::span<const std::uint8_t> value);
 std::optional<std::int64_t> SignedNumber(std::span<const std::uint8_t> value);
 

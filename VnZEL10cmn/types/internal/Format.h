@@ -49,10 +49,4 @@ std::string FormatDateTime(Date value, const RegionalSettings& settings);
 /// The same without seconds.
 std::string FormatDateMinutes(Date value, const RegionalSettings& settings);
 
-/// "20261231"
-std::string FormatDigitsDate(const Date::Civil& parts);
-
-/// "202612"
-std::string FormatDigitsMonth(const Date::Civil& parts);
-
 }  // namespace VnZEL10cmn::internal
