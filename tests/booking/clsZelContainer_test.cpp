@@ -692,6 +692,22 @@ TEST(ContainerRead, InnerRecordBeyondTheBuffer) {
   EXPECT_EQ(log.Functions(), std::vector<std::string>{"BinaryDataSet.[GetZelAmountsSpec01]"});
 }
 
+TEST(ContainerRead, InnerRecordBeyondTheContainer) {
+  test::TestLog log;
+  clsZelContainer container;
+  container.LogHandler(log.Handler());
+  ExpectReadFailure(container, "E1 04 D8 03 10 00 0C DB 01 00", ZELErrorCodes::Err_Zel_CnvDataSize,
+                    "BinaryDataSet",
+                    "Der Datenpuffer ist zu klein.\r\n"
+                    "    Startposition ...: 0\r\n"
+                    "    Tag .............: 0xE1\r\n"
+                    "    Länge ...........: 4\r\n"
+                    "    Leseende ........: 6\r\n"
+                    "    Obergrenze ......: 5");
+  EXPECT_EQ(container.Tag(), ZelTags{});
+  EXPECT_EQ(log.Functions(), std::vector<std::string>{"BinaryDataSet"});
+}
+
 TEST(ContainerRead, RecordsThatHaveNoPlaceInAContainer) {
   test::TestLog log;
   clsZelContainer container;

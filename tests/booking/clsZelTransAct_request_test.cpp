@@ -551,6 +551,40 @@ TEST(TransActRequestFailure, ErrorThatAnItemFilesInTheBookingStopsIt) {
   EXPECT_EQ(log.Functions(), std::vector<std::string>{"Wiegen"});
 }
 
+TEST(TransActRequestFailure, ErrorThatAnItemFilesWhileItIsWrittenStopsItToo) {
+  struct Scales : FakeItem {
+    bool BinaryDataGet(ByteArray& Data, std::int32_t& Start) override {
+      booking->ErrorObject().SetError(4711, "Waage klemmt", true, "Wiegen");
+      return FakeItem::BinaryDataGet(Data, Start);
+    }
+    clsZelTransAct* booking = nullptr;
+  };
+  test::TestLog log;
+  clsZelTransAct booking;
+  Prepare(booking);
+  const auto item = std::make_shared<Scales>();
+  item->booking = &booking;
+  ASSERT_TRUE(booking.AddItem(item));
+  booking.LogHandler(log.Handler());
+  ByteArray data;
+  EXPECT_FALSE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
+  test::ExpectError(booking.ErrorObject(), 4711, true, "Wiegen", "Waage klemmt");
+  EXPECT_EQ(item->writes, 1) << "the hash is not made";
+  EXPECT_EQ(booking.ZelRqstData(), "");
+  EXPECT_EQ(log.Functions(), std::vector<std::string>{"Wiegen"});
+}
+
+TEST(TransActRequestFailure, ItemThatThrowsWhatIsNoExceptionIsAFault) {
+  clsZelTransAct booking;
+  Prepare(booking);
+  const auto item = std::make_shared<FakeItem>();
+  item->onGetPrices = [] { throw 42; };
+  ASSERT_TRUE(booking.AddItem(item));
+  ByteArray data;
+  EXPECT_FALSE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
+  test::ExpectFault(booking.ErrorObject(), 5, "BinaryDataGet");
+}
+
 TEST(TransActRequest, ItemThatEmptiesTheListWhileItIsAskedDoesNoHarm) {
   clsZelTransAct booking;
   Prepare(booking);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "VnZEL10cmn/errors/clsVnError.h"
+#include "VnZEL10cmn/platform/internal/MessageBox.h"
 
 using VnZEL10cmn::clsVnError;
 
@@ -174,6 +175,25 @@ TEST(ShowMsgBox, BareErrorsHaveTheirPlaceholders) {
             "Meldung: \t\t\r\n");
   EXPECT_EQ(calls[0].buttons, 16);
   EXPECT_EQ(calls[0].title, "Verarbeitungsfehler [-1]");
+}
+
+// The system's box, whatever text it is given.
+TEST(ShowMessageBox, EndsTheTextWithALine) {
+  const NoTerminal input;
+  for (const std::string_view text : {"one\r\ntwo", "one\r\ntwo\r\n", "one\ntwo\n"}) {
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(VnZEL10cmn::platform::ShowMessageBox(text, 0, "Title"), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Title\none\ntwo\n");
+  }
+}
+
+TEST(ShowMessageBox, ADefaultButtonThatIsNotThereIsTheFirst) {
+  const NoTerminal input;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(VnZEL10cmn::platform::ShowMessageBox("text", 1 + 512, "Title"), 1);
+  EXPECT_EQ(VnZEL10cmn::platform::ShowMessageBox("text", 4 + 512, "Title"), 6);
+  EXPECT_EQ(VnZEL10cmn::platform::ShowMessageBox("text", 2 + 15 * 256, "Title"), 3);
+  testing::internal::GetCapturedStderr();
 }
 
 TEST(ShowMsgBox, WithoutATerminalTheStylesDefaultButtonIsTaken) {

@@ -31,7 +31,8 @@ struct World : test::Exchanged {
                         "\n" + std::to_string(booking.ZelRespSeqNr().Scaled()) + "\n" +
                         booking.ZelRespSignature() + "\n";
     for (const auto& item : booking) {
-      shown += Shown(dynamic_cast<const clsZelItemCash&>(*item));
+      const auto* const cashItem = dynamic_cast<const clsZelItemCash*>(item.get());
+      shown += cashItem != nullptr ? Shown(*cashItem) : item->ToString();
     }
     return shown;
   }
@@ -217,6 +218,26 @@ TEST(BookingWithoutMemory, IsTheSameWithAHostsRegionalSettings) {
   const test::GlobalLocale host(std::locale(std::locale(std::locale(), new test::NumberCharacters('.', '\'')),
                                             new test::DateCharacters('-', '.')));
   test::FailEachAllocation(WholePath(), {test::kOne});
+}
+
+// Items of a host's own are asked anew for the hash, and an item list on its own is the first to need its text.
+TEST(BookingWithoutMemory, IsTheSameWithItemsOfTheHost) {
+  const auto fake = std::make_shared<test::FakeItem>();
+  fake->prices[0] = 3;
+  test::FailEachAllocation(Path{
+      Made("clsZelVatList", [](World& world) { world.rates = std::make_shared<clsZelVatList>(); }),
+      Made("clsZelTransAct", [](World& world) { world.sale.emplace(); }),
+      Made("properties",
+           [](World& world) {
+             world.sale->VatList(world.rates);
+             world.sale->TransactionDate(Date::FromCivil(2024, 3, 15, 14, 37, 25));
+             world.sale->Operator("Anna");
+           }),
+      On(&World::sale, "AddItem", [=](World&, clsZelTransAct& sale) { return sale.AddItem(fake); }),
+      Get(ZELSerialType::ItemList, 0, 99),
+      Get(ZELSerialType::Request, 0, 99),
+      Get(ZELSerialType::ItemHash, 0, 99),
+  });
 }
 
 }  // namespace

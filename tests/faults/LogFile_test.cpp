@@ -95,4 +95,42 @@ TEST(LogFileWithoutMemory, WritesAnEntryWholeOrNotAtAll) {
   test::ExpectWholeEntries(name);
 }
 
+TEST(MessageBoxWithoutMemory, SaysThatTheMessageCannotBeShownOrFails) {
+  clsVnError error;
+  error.SetError(9204, "the first line of a message\r\nand the second one of it, which is longer");
+  std::string whole;
+  std::string shown;
+  shown.reserve(1000);
+  error.MsgBox([&shown](std::string_view text, std::int32_t, std::string_view) {
+    shown.assign(text);
+    return 1;
+  });
+  EXPECT_EQ(error.ShowMsgBox(), 1);
+  whole = shown;
+  const std::string without =
+      whole.substr(0, whole.find("Meldung: \t\t")) + "Meldung: \t\t!!FEHLER IM FEHLEROBJEKT!!\r\n";
+  int raised = 0;
+  int unsplit = 0;
+  std::size_t first = 1;
+  for (bool hasFailed = true; hasFailed; ++first) {
+    shown.clear();
+    std::int32_t button = 0;
+    test::Allocations::Fail(first, test::kOne);
+    try {
+      const test::Allocations::Counted counted;
+      button = error.ShowMsgBox();
+    } catch (const std::bad_alloc&) {
+      ++raised;
+    }
+    hasFailed = test::Allocations::HaveFailed();
+    test::Allocations::Recover();
+    EXPECT_EQ(button, shown.empty() ? 0 : 1);
+    unsplit += shown == without ? 1 : 0;
+    EXPECT_TRUE(shown.empty() || shown == without || shown == whole) << shown;
+  }
+  EXPECT_EQ(shown, whole);
+  EXPECT_GT(raised, 0);
+  EXPECT_GT(unsplit, 0);
+}
+
 }  // namespace
