@@ -42,7 +42,7 @@ Refusal InvalidLength() {
 
 /// The elements `first` to the upper bound of an array that is counted from an absolute index.
 Bytes From(const ByteArray& data, std::int32_t first) {
-  if (data.size() == 0 && first == 0) {
+  if (data.size() == 0) {
     return {};
   }
   static_cast<void>(data[first]);
@@ -521,7 +521,7 @@ bool clsHelper01::GetBinStrOfBytes(const ByteArray& Data, std::string& Result, s
       separator = "-";
     }
     const Bytes bytes(Data.data(), Data.size());
-    if (separator.empty() && GroupLen < 1) {
+    if (separator.empty()) {
       internal::EncodeUpperHex(bytes, Result);
       return true;
     }

@@ -67,7 +67,7 @@ void VnObject::ClearErr() {
 }
 
 void VnObject::LogError() noexcept {
-  if (!logHandler_ || !HasError()) {
+  if (!HasError()) {
     return;
   }
   try {

@@ -96,11 +96,11 @@ class VnObject {
   /// Resets the failure part of the error object.
   void ClearErr();
 
-  /// Writes the error object to the log file when both are there and an error is held; what fails there is
+ private:
+  /// Writes the error object to the log file, which there is, when an error is held; what fails there is
   /// nobody's concern here.
   void LogError() noexcept;
 
- private:
   void FileFault(std::string_view operation, const std::exception_ptr& fault) noexcept;
 
   std::string_view className_;

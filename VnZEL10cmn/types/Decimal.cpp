@@ -161,7 +161,7 @@ Currency Decimal::RoundedAway(int decimals) const {
   // Rounding to `decimals` places, then written with four.
   const Uint128 unit = PowerOfTen(scale_);
   const Uint128 shifted = magnitude_ * PowerOfTen(decimals);
-  const Uint128 rounded = shifted / unit + (shifted % unit * 2 >= unit && unit > 1 ? 1 : 0);
+  const Uint128 rounded = shifted / unit + (shifted % unit * 2 >= unit ? 1 : 0);
   constexpr Uint128 limit = static_cast<Uint128>(1) << 96;
   if (rounded > limit) {
     ThrowOverflow();

@@ -17,7 +17,7 @@ std::uint64_t Magnitude(std::int64_t value) {
 /// value / 10^places, half up.
 std::uint64_t DropDecimals(std::uint64_t value, int places) {
   const std::uint64_t unit = kPowers[static_cast<std::size_t>(places)];
-  return value / unit + (value % unit * 2 >= unit && unit > 1 ? 1 : 0);
+  return value / unit + (value % unit * 2 >= unit ? 1 : 0);
 }
 
 void AppendPadded(std::string& text, std::int32_t value, std::size_t digits) {

@@ -17,9 +17,8 @@ constexpr std::array<char16_t, 32> kHighCharacters = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-/// Number of bytes of the UTF-8 sequence that a lead byte opens, 0 for a byte that opens none.
+/// Number of bytes of the UTF-8 sequence that a lead byte beyond ASCII opens, 0 for a byte that opens none.
 std::size_t SequenceLength(unsigned char lead) {
-  if (lead < 0x80) return 1;
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
   if (lead >= 0xE0 && lead <= 0xEF) return 3;
   if (lead >= 0xF0 && lead <= 0xF4) return 4;

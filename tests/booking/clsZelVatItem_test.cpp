@@ -237,6 +237,13 @@ TEST(VatItemCalcVat, GrossTakesTheFactorWithFourDecimals) {
   ExpectVat(Calc(item, Scaled(10502000), 1, false), 502000, 10000000, 10502000);
 }
 
+TEST(VatItemCalcVat, GrossWithARateThatLeavesNothing) {
+  clsZelVatItem item;
+  item.VATrate(1, 30000000);  // the factor is 300001
+  ExpectVat(Calc(item, 1, 1, false), 10000, 0, 10000);
+  ExpectVat(Calc(item, -3000, 1, false), -29999900, -100, -30000000);
+}
+
 TEST(VatItemCalcVat, GrossNegativePrice) {
   clsZelVatItem item;
   ExpectVat(Calc(item, -119, 1, false), -190000, -1000000, -1190000);

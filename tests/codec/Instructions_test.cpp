@@ -38,6 +38,13 @@ TEST(PermittedInstructions, AreThoseNamedThatTheProcessorHas) {
   EXPECT_EQ(Permitted(kAll, "ssse3,avx2,sha"), kAll);
   EXPECT_EQ(Permitted(Instructions{}, "ssse3,avx2,sha"), Instructions{});
   EXPECT_EQ(Permitted({true, false, false}, "ssse3,avx2"), (Instructions{true, false, false}));
+  EXPECT_EQ(Permitted(kAll, "sha,ssse3,sha,avx2"), kAll);
+}
+
+TEST(PermittedInstructions, AreTheSameWhenAllAre) {
+  EXPECT_NE(kAll, (Instructions{false, true, true}));
+  EXPECT_NE(kAll, (Instructions{true, false, true}));
+  EXPECT_NE(kAll, (Instructions{true, true, false}));
 }
 
 TEST(PermittedInstructions, OtherNamesArePassedOver) {

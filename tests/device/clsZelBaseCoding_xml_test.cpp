@@ -158,6 +158,16 @@ TEST(GetXmlTag, AnItemListThatIsNeverClosedByABracketIsOutOfOrder) {
                 "    Endpos. Tag ......: 17\r\n");
 }
 
+TEST(GetXmlTag, AnItemListWithoutAnyBracketBehindItIsOutOfOrder) {
+  // It begins behind the last of the 34 characters.
+  ExpectMissing("</itemListEncoded><itemListEncoded", ZelXmlTags::ItemList,
+                "Die XML-Tags sind nicht in der richtigen Reihenfolge\r\n"
+                "oder anderweitig korrupt!\r\n"
+                "    XML-Tag ..........: <itemListEncoded\r\n"
+                "    Startpos. Tag ....: 35\r\n"
+                "    Endpos. Tag ......: 1\r\n");
+}
+
 TEST(GetXmlTag, TheFirstOfSeveralElementsCounts) {
   EXPECT_EQ(Found("<reportRequest>QUJD</reportRequest><reportRequest>REVG</reportRequest>",
                   ZelXmlTags::ReportRequest),

@@ -189,6 +189,14 @@ TEST(clsZelItemCashRead, QuantityTexts) {
   EXPECT_EQ(item.Quantity().Scaled(), 12345678910);
 }
 
+TEST(clsZelItemCashRead, QuantityTextsOfMoreDecimalsAreRounded) {
+  clsZelItemCash item;
+  Read(item, "A0 07 31 2E 32 33 34 35 36");  // 1.23456
+  EXPECT_EQ(item.Quantity().Scaled(), 12346);
+  Read(item, "A0 07 31 2E 32 33 34 34 35");  // 1.23445
+  EXPECT_EQ(item.Quantity().Scaled(), 12344);
+}
+
 TEST(clsZelItemCashRead, QuantityTextIsTrimmed) {
   clsZelItemCash item;
   Read(item, "A0 05 20 32 2E 35 20");

@@ -395,6 +395,18 @@ TEST(clsZelItemPrintBooking, AHostItemShowsItsOwnText) {
   test::ExpectNoError(booking);
 }
 
+TEST(clsZelItemPrintBooking, AHostItemMayHaveNothingToShow) {
+  clsZelTransAct booking;
+  const auto item = std::make_shared<HostItem>("a");
+  item->text = "";
+  item->price = Cents(1234);
+  item->bytes = test::FromHex("A0 01 31");
+  EXPECT_TRUE(booking.AddItem(item));
+  const std::string text = booking.ToString();
+  EXPECT_NE(text.find(" 12,34 EUR\r\n"), std::string::npos) << text;
+  test::ExpectNoError(booking);
+}
+
 TEST(clsZelItemPrintBooking, AHashThatFailsIsShownAsSuchAndLoggedOnce) {
   test::TestLog log;
   clsZelTransAct booking;

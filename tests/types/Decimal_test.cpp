@@ -34,6 +34,14 @@ TEST(Decimal, RoundsHalfToEvenToFourDecimals) {
   EXPECT_EQ(Even("7"), 70000);
 }
 
+// A digit behind the 28th decimal rounds the one before it, which may make a tie of what was none.
+TEST(Decimal, KeepsTwentyEightDecimals) {
+  EXPECT_EQ(Even("0,0000500000000000000000000000"), 0);
+  EXPECT_EQ(Even("0,0000500000000000000000000001"), 1);
+  EXPECT_EQ(Even("0,00005000000000000000000000004"), 0);
+  EXPECT_EQ(Even("0,00005000000000000000000000005"), 1);
+}
+
 TEST(Decimal, RoundsHalfAwayFromZero) {
   EXPECT_EQ(Away("1,005", 2), 10100);
   EXPECT_EQ(Away("-1,005", 2), -10100);
@@ -66,7 +74,7 @@ TEST(Decimal, ReadsBlanksSignsGroupsAndExponents) {
   EXPECT_EQ(Even("0e1000000000000"), 0);
   EXPECT_EQ(Even("00000000000000000000000000000000000000000001"), 10000);
   EXPECT_THROW(Even("1e1000000000000"), std::overflow_error);
-  for (const char* text : {"", "+", "1e", "1e+", "1e5x", "e5", ".5.", "1,5.0", "0x10"}) {
+  for (const char* text : {"", "+", "1e", "1e+", "1ex", "1e5x", "e5", ".5.", "1,5.0", "0x10"}) {
     EXPECT_THROW(Even(text), std::invalid_argument) << text;
   }
 }

@@ -83,6 +83,22 @@ TEST(FormatDates, TakeTheHostsCharacters) {
   EXPECT_EQ(FormatDateTime(date, CurrentRegionalSettings()), "31-12-2026 08;05;00");
 }
 
+TEST(FormatDates, AnyCharacterThatIsNeitherLetterNorDigitSeparates) {
+  const Date date = Date::FromCivil(2026, 12, 31, 8, 5);
+  for (const char separator : {' ', '/', ':', '@', '[', '`', '{', '~'}) {
+    const test::GlobalLocale host(
+        std::locale(std::locale::classic(), new test::DateCharacters(separator, separator)));
+    const std::string s(1, separator);
+    EXPECT_EQ(FormatDateTime(date, CurrentRegionalSettings()),
+              "31" + s + "12" + s + "2026 08" + s + "05" + s + "00");
+  }
+  for (const char letter : {'0', '9', 'A', 'Z', 'a', 'z', '\x80', '\xFF'}) {
+    const test::GlobalLocale host(
+        std::locale(std::locale::classic(), new test::DateCharacters(letter, letter)));
+    EXPECT_EQ(FormatDateTime(date, CurrentRegionalSettings()), "31.12.2026 08:05:00");
+  }
+}
+
 TEST(FormatDates, DatesWithoutSeparatorsKeepTheGermanOnes) {
   const Date date = Date::FromCivil(2026, 12, 31, 8, 5);
   const test::GlobalLocale host(std::locale(std::locale::classic(), new test::DateCharacters('y', 'h')));

@@ -61,12 +61,11 @@ class PortableUint128 {
     PortableUint128 quotient;
     PortableUint128 rest;
     for (int bit = 127; bit >= 0; --bit) {
-      // What is shifted out counts: the divisor may have all 128 bits.
-      const bool carry = rest.high_ >> 63 != 0;
+      // Nothing is shifted out: the rest is no more than the bits that were taken.
       rest = rest << 1;
       rest.low_ |= (bit < 64 ? a.low_ >> bit : a.high_ >> (bit - 64)) & 1;
       quotient = quotient << 1;
-      if (carry || rest >= b) {
+      if (rest >= b) {
         rest = rest - b;
         quotient.low_ |= 1;
       }
