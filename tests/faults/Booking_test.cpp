@@ -222,7 +222,7 @@ TEST(BookingWithoutMemory, IsTheSameWithAHostsRegionalSettings) {
 
 // Items of a host's own are asked anew for the hash, and an item list on its own is the first to need its text.
 TEST(BookingWithoutMemory, IsTheSameWithItemsOfTheHost) {
-  const auto fake = std::make_shared<test::FakeItem>();
+  const auto fake = std::make_shared<test::FakeItem>("FAKE-1", test::kSaleItems);
   fake->prices[0] = 3;
   test::FailEachAllocation(Path{
       Made("clsZelVatList", [](World& world) { world.rates = std::make_shared<clsZelVatList>(); }),
