@@ -119,18 +119,56 @@ VNZEL_SHA void AbsorbSha256BySha(Sha256State& state, ShaMessage& message) {
   Store(state.data() + 4, _mm_alignr_epi8(dchg, feba, 8));
 }
 
-// ---- Without these instructions: the words of two blocks side by side, the rounds one block after the other.
+// ---- Without these instructions: the words of two blocks side by side, made while the rounds of the first are
+// under way; those of the second find theirs ready. What the rounds change are single variables throughout, and
+// nothing of this is in loops of a few turns: g++ would keep arrays in memory, and the loops' ends are mispredicted.
 
 namespace {
 
 /// Words with their round constants added: of both blocks, four of the one, then four of the other.
-struct TwoSchedules {
-  alignas(32) std::uint32_t sums[2 * 64];
+template <std::size_t Rounds>
+class TwoSchedules {
+ public:
+  VNZEL_AVX2 VNZEL_INLINE void Put(std::size_t group, __m256i sums) {
+    _mm256_store_si256(reinterpret_cast<__m256i*>(sums_ + 8 * group), sums);
+  }
+
+  /// Those of the first block; the second block's are four further on. The compiler doesn't see what they point
+  /// to: it would take the words out of the vector registers one by one, which is slower than loading them.
+  const std::uint32_t* Sums() const { return unseen_; }
+
+ private:
+  alignas(32) std::uint32_t sums_[2 * Rounds];
+  const std::uint32_t* const volatile unseen_ = sums_;
 };
+
+/// Four words of both blocks.
+VNZEL_AVX2 VNZEL_INLINE __m256i FirstWords(const std::uint8_t* first, const std::uint8_t* second) {
+  const __m256i bigEndian =
+      _mm256_broadcastsi128_si256(_mm_set_epi64x(0x0c0d0e0f08090a0b, 0x0405060700010203));
+  const __m128i lower = _mm_loadu_si128(reinterpret_cast<const __m128i*>(first));
+  const __m128i upper = _mm_loadu_si128(reinterpret_cast<const __m128i*>(second));
+  return _mm256_shuffle_epi8(_mm256_inserti128_si256(_mm256_castsi128_si256(lower), upper, 1), bigEndian);
+}
 
 template <int Bits>
 VNZEL_AVX2 VNZEL_INLINE __m256i RotatedRight(__m256i value) {
   return _mm256_or_si256(_mm256_srli_epi32(value, Bits), _mm256_slli_epi32(value, 32 - Bits));
+}
+
+using Sha256Schedules = TwoSchedules<64>;
+
+struct Sha256Variables {
+  std::uint32_t a, b, c, d, e, f, g, h;
+
+  friend Sha256Variables operator+(const Sha256Variables& v, const Sha256Variables& w) {
+    return {v.a + w.a, v.b + w.b, v.c + w.c, v.d + w.d, v.e + w.e, v.f + w.f, v.g + w.g, v.h + w.h};
+  }
+};
+
+VNZEL_AVX2 VNZEL_INLINE __m256i Sha256Constants(std::size_t group) {
+  return _mm256_broadcastsi128_si256(
+      _mm_load_si128(reinterpret_cast<const __m128i*>(kSha256Constants.data() + 4 * group)));
 }
 
 /// The second sum of the schedule, of two words that stand twice each; it is the lower half of each pair.
@@ -139,8 +177,9 @@ VNZEL_AVX2 VNZEL_INLINE __m256i SumOfPairs(__m256i pairs) {
                           _mm256_xor_si256(_mm256_srli_epi64(pairs, 17), _mm256_srli_epi64(pairs, 19)));
 }
 
-/// The next four words of both blocks, from the last 16.
-VNZEL_AVX2 VNZEL_INLINE __m256i NextWords(__m256i w0, __m256i w1, __m256i w2, __m256i w3) {
+/// The next four words of both blocks, from the last 16; `w0` is replaced.
+VNZEL_AVX2 VNZEL_INLINE void NextSha256Words(__m256i& w0, __m256i w1, __m256i w2, __m256i w3,
+                                             Sha256Schedules& schedules, std::size_t group) {
   const __m256i toLower = _mm256_set_epi64x(-1, 0x0b0a090803020100, -1, 0x0b0a090803020100);
   const __m256i toUpper = _mm256_set_epi64x(0x0b0a090803020100, -1, 0x0b0a090803020100, -1);
   const __m256i fifteenth = _mm256_alignr_epi8(w1, w0, 4);
@@ -152,80 +191,87 @@ VNZEL_AVX2 VNZEL_INLINE __m256i NextWords(__m256i w0, __m256i w1, __m256i w2, __
   const __m256i lower = _mm256_shuffle_epi8(SumOfPairs(_mm256_shuffle_epi32(w3, 0xFA)), toLower);
   sum = _mm256_add_epi32(sum, lower);
   const __m256i upper = _mm256_shuffle_epi8(SumOfPairs(_mm256_shuffle_epi32(sum, 0x50)), toUpper);
-  return _mm256_add_epi32(sum, upper);
+  w0 = _mm256_add_epi32(sum, upper);
+  schedules.Put(group, _mm256_add_epi32(w0, Sha256Constants(group)));
 }
 
-VNZEL_AVX2 VNZEL_INLINE __m256i Constants(std::size_t group) {
-  return _mm256_broadcastsi128_si256(
-      _mm_load_si128(reinterpret_cast<const __m128i*>(kSha256Constants.data() + 4 * group)));
+/// One round. `bc` is b ^ c, which the round before had as its a ^ b. The new e is summed up with d from the start
+/// and d is taken off again for the new a: that is an instruction more, but one less for the next round to wait
+/// for. The compilers keep more or less to this order; with the new a before the new e it is up to a tenth slower.
+VNZEL_AVX2 VNZEL_INLINE void Sha256Round(std::uint32_t a, std::uint32_t b, std::uint32_t& d, std::uint32_t e,
+                                         std::uint32_t f, std::uint32_t g, std::uint32_t& h,
+                                         std::uint32_t& bc, std::uint32_t sum) {
+  const std::uint32_t s1 = std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25);
+  const std::uint32_t newE = d + (h + sum) + (e & f) + (~e & g) + s1;
+  const std::uint32_t s0 = std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22);
+  const std::uint32_t ab = a ^ b;
+  const std::uint32_t rest = (b ^ (ab & bc)) - d + s0;
+  bc = ab;
+  d = newE;
+  h = newE + rest;
 }
 
-VNZEL_AVX2 VNZEL_INLINE void Schedule(TwoSchedules& schedules, const std::uint8_t* first,
-                                      const std::uint8_t* second) {
-  const __m256i bigEndian =
-      _mm256_broadcastsi128_si256(_mm_set_epi64x(0x0c0d0e0f08090a0b, 0x0405060700010203));
-  __m256i w[4];
-  auto* const out = reinterpret_cast<__m256i*>(schedules.sums);
-  for (std::size_t i = 0; i < 4; ++i) {
-    const __m128i lower = _mm_loadu_si128(reinterpret_cast<const __m128i*>(first + 16 * i));
-    const __m128i upper = _mm_loadu_si128(reinterpret_cast<const __m128i*>(second + 16 * i));
-    w[i] = _mm256_shuffle_epi8(_mm256_inserti128_si256(_mm256_castsi128_si256(lower), upper, 1), bigEndian);
-    _mm256_store_si256(out + i, _mm256_add_epi32(w[i], Constants(i)));
-  }
-  for (std::size_t group = 4; group < 16; group += 4) {
-    w[0] = NextWords(w[0], w[1], w[2], w[3]);
-    _mm256_store_si256(out + group, _mm256_add_epi32(w[0], Constants(group)));
-    w[1] = NextWords(w[1], w[2], w[3], w[0]);
-    _mm256_store_si256(out + group + 1, _mm256_add_epi32(w[1], Constants(group + 1)));
-    w[2] = NextWords(w[2], w[3], w[0], w[1]);
-    _mm256_store_si256(out + group + 2, _mm256_add_epi32(w[2], Constants(group + 2)));
-    w[3] = NextWords(w[3], w[0], w[1], w[2]);
-    _mm256_store_si256(out + group + 3, _mm256_add_epi32(w[3], Constants(group + 3)));
-  }
+/// Four rounds, each with the variables in other places, so that nothing has to be moved between them.
+VNZEL_AVX2 VNZEL_INLINE void FourSha256Rounds(Sha256Variables& v, std::uint32_t& bc,
+                                              const std::uint32_t* sums) {
+  Sha256Round(v.a, v.b, v.d, v.e, v.f, v.g, v.h, bc, sums[0]);
+  Sha256Round(v.h, v.a, v.c, v.d, v.e, v.f, v.g, bc, sums[1]);
+  Sha256Round(v.g, v.h, v.b, v.c, v.d, v.e, v.f, bc, sums[2]);
+  Sha256Round(v.f, v.g, v.a, v.b, v.c, v.d, v.e, bc, sums[3]);
+  v = {v.e, v.f, v.g, v.h, v.a, v.b, v.c, v.d};
 }
 
-/// One round, with the variables in other places each time, so that nothing has to be moved between them.
-template <std::size_t Round>
-VNZEL_AVX2 VNZEL_INLINE void Sha256Round(std::uint32_t* v, const std::uint32_t* sums) {
-  const std::uint32_t a = v[(64 - Round) % 8];
-  const std::uint32_t b = v[(65 - Round) % 8];
-  const std::uint32_t c = v[(66 - Round) % 8];
-  std::uint32_t& d = v[(67 - Round) % 8];
-  const std::uint32_t e = v[(68 - Round) % 8];
-  const std::uint32_t f = v[(69 - Round) % 8];
-  const std::uint32_t g = v[(70 - Round) % 8];
-  std::uint32_t& h = v[(71 - Round) % 8];
-  h += sums[Round / 4 * 8 + Round % 4] + ((e & f) + (~e & g)) +
-       (std::rotr(e, 6) ^ std::rotr(e, 11) ^ std::rotr(e, 25));
-  d += h;
-  h += (std::rotr(a, 2) ^ std::rotr(a, 13) ^ std::rotr(a, 22)) + (b ^ ((a ^ b) & (b ^ c)));
+VNZEL_AVX2 VNZEL_INLINE void FirstSha256Block(Sha256Variables& v, const std::uint8_t* first,
+                                              const std::uint8_t* second, Sha256Schedules& schedules,
+                                              const std::uint32_t* sums) {
+  __m256i w0 = FirstWords(first, second);
+  __m256i w1 = FirstWords(first + 16, second + 16);
+  __m256i w2 = FirstWords(first + 32, second + 32);
+  __m256i w3 = FirstWords(first + 48, second + 48);
+  schedules.Put(0, _mm256_add_epi32(w0, Sha256Constants(0)));
+  schedules.Put(1, _mm256_add_epi32(w1, Sha256Constants(1)));
+  schedules.Put(2, _mm256_add_epi32(w2, Sha256Constants(2)));
+  schedules.Put(3, _mm256_add_epi32(w3, Sha256Constants(3)));
+  const Sha256Variables before = v;
+  std::uint32_t bc = v.b ^ v.c;
+  for (std::size_t group = 4; group < 16; group += 4, sums += 32) {
+    NextSha256Words(w0, w1, w2, w3, schedules, group);
+    FourSha256Rounds(v, bc, sums);
+    NextSha256Words(w1, w2, w3, w0, schedules, group + 1);
+    FourSha256Rounds(v, bc, sums + 8);
+    NextSha256Words(w2, w3, w0, w1, schedules, group + 2);
+    FourSha256Rounds(v, bc, sums + 16);
+    NextSha256Words(w3, w0, w1, w2, schedules, group + 3);
+    FourSha256Rounds(v, bc, sums + 24);
+  }
+  FourSha256Rounds(v, bc, sums);
+  FourSha256Rounds(v, bc, sums + 8);
+  FourSha256Rounds(v, bc, sums + 16);
+  FourSha256Rounds(v, bc, sums + 24);
+  v = v + before;
 }
 
-template <std::size_t... Round>
-VNZEL_AVX2 VNZEL_INLINE void Sha256RoundsOf(Sha256State& state, const std::uint32_t* sums,
-                                            std::index_sequence<Round...>) {
-  std::uint32_t v[8];
-  for (std::size_t i = 0; i < 8; ++i) {
-    v[i] = state[i];
-  }
-  (Sha256Round<Round>(v, sums), ...);
-  for (std::size_t i = 0; i < 8; ++i) {
-    state[i] += v[i];
-  }
+template <std::size_t... Group>
+VNZEL_AVX2 VNZEL_INLINE void SecondSha256Block(Sha256Variables& v, const std::uint32_t* sums,
+                                               std::index_sequence<Group...>) {
+  const Sha256Variables before = v;
+  std::uint32_t bc = v.b ^ v.c;
+  (FourSha256Rounds(v, bc, sums + 8 * Group), ...);
+  v = v + before;
 }
 
 }  // namespace
 
 VNZEL_AVX2 void AbsorbSha256ByAvx2(Sha256State& state, ShaMessage& message) {
-  TwoSchedules schedules;
+  Sha256Schedules schedules;
+  const std::uint32_t* const sums = schedules.Sums();
+  Sha256Variables v = {state[0], state[1], state[2], state[3], state[4], state[5], state[6], state[7]};
   while (const std::uint8_t* const first = message.Next()) {
     const std::uint8_t* const second = message.Next();
-    Schedule(schedules, first, second == nullptr ? first : second);
-    Sha256RoundsOf(state, schedules.sums, std::make_index_sequence<64>());
-    if (second != nullptr) {
-      Sha256RoundsOf(state, schedules.sums + 4, std::make_index_sequence<64>());
-    }
+    FirstSha256Block(v, first, second == nullptr ? first : second, schedules, sums);
+    if (second != nullptr) SecondSha256Block(v, sums + 4, std::make_index_sequence<16>());
   }
+  state = {v.a, v.b, v.c, v.d, v.e, v.f, v.g, v.h};
 }
 
 }  // namespace VnZEL10cmn::internal
