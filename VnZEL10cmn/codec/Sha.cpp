@@ -143,6 +143,7 @@ void AbsorbSha256(Sha256State& state, ShaMessage& message) {
 Sha1Digest Sha1(Bytes message, [[maybe_unused]] Instructions usable) {
 #if VNZEL_X86_64
   if (usable.sha) return Digest(message, kSha1Start, AbsorbSha1BySha);
+  if (usable.avx2) return Digest(message, kSha1Start, AbsorbSha1ByAvx2);
 #endif
   return Digest(message, kSha1Start, AbsorbSha1);
 }

@@ -156,6 +156,112 @@ VNZEL_AVX2 VNZEL_INLINE __m256i RotatedRight(__m256i value) {
   return _mm256_or_si256(_mm256_srli_epi32(value, Bits), _mm256_slli_epi32(value, 32 - Bits));
 }
 
+template <int Bits>
+VNZEL_AVX2 VNZEL_INLINE __m256i RotatedLeft(__m256i value) {
+  return RotatedRight<32 - Bits>(value);
+}
+
+// ---- SHA-1.
+
+using Sha1Schedules = TwoSchedules<80>;
+
+struct Sha1Variables {
+  std::uint32_t a, b, c, d, e;
+
+  friend Sha1Variables operator+(const Sha1Variables& v, const Sha1Variables& w) {
+    return {v.a + w.a, v.b + w.b, v.c + w.c, v.d + w.d, v.e + w.e};
+  }
+};
+
+/// The last 32 words of both blocks.
+struct Sha1Words {
+  __m256i w[8];
+};
+
+VNZEL_AVX2 VNZEL_INLINE __m256i Sha1Constant(std::size_t group) {
+  constexpr std::uint32_t constants[] = {0x5A827999, 0x6ED9EBA1, 0x8F1BBCDC, 0xCA62C1D6};
+  return _mm256_set1_epi32(static_cast<int>(constants[group / 5]));
+}
+
+/// The next four words of both blocks.
+template <std::size_t Group>
+VNZEL_AVX2 VNZEL_INLINE void NextSha1Words(Sha1Words& words, Sha1Schedules& schedules) {
+  __m256i* const w = words.w;
+  __m256i& now = w[Group % 8];
+  if constexpr (Group < 8) {
+    const __m256i older = _mm256_xor_si256(_mm256_xor_si256(w[Group - 4], w[Group - 2]),
+                                           _mm256_alignr_epi8(w[Group - 3], w[Group - 4], 8));
+    const __m256i sum = _mm256_xor_si256(older, _mm256_srli_si256(w[Group - 1], 4));
+    // The fourth word needs the first.
+    now = _mm256_xor_si256(RotatedLeft<1>(sum), RotatedLeft<2>(_mm256_slli_si256(sum, 12)));
+  } else {
+    // The rule applied twice reaches twice as far back, where no word needs another of the four.
+    const __m256i older = _mm256_xor_si256(_mm256_xor_si256(now, w[(Group + 1) % 8]), w[(Group + 4) % 8]);
+    const __m256i sixth = _mm256_alignr_epi8(w[(Group + 7) % 8], w[(Group + 6) % 8], 8);
+    now = RotatedLeft<2>(_mm256_xor_si256(older, sixth));
+  }
+  schedules.Put(Group, _mm256_add_epi32(now, Sha1Constant(Group)));
+}
+
+/// One round. What depends on the last round comes in last; terms that never have a bit in common are added.
+template <std::size_t Group>
+VNZEL_AVX2 VNZEL_INLINE void Sha1Round(std::uint32_t a, std::uint32_t& b, std::uint32_t c, std::uint32_t d,
+                                       std::uint32_t& e, std::uint32_t sum) {
+  if constexpr (Group < 5) {
+    e += sum + (b & c) + (~b & d) + std::rotl(a, 5);
+  } else if constexpr (Group >= 10 && Group < 15) {
+    e += sum + (c & d) + (b & (c ^ d)) + std::rotl(a, 5);
+  } else {
+    e += sum + (b ^ c ^ d) + std::rotl(a, 5);
+  }
+  b = std::rotl(b, 30);
+}
+
+/// Four rounds, each with the variables in other places, so that nothing has to be moved between them.
+template <std::size_t Group>
+VNZEL_AVX2 VNZEL_INLINE void FourSha1Rounds(Sha1Variables& v, const std::uint32_t* sums) {
+  Sha1Round<Group>(v.a, v.b, v.c, v.d, v.e, sums[8 * Group]);
+  Sha1Round<Group>(v.e, v.a, v.b, v.c, v.d, sums[8 * Group + 1]);
+  Sha1Round<Group>(v.d, v.e, v.a, v.b, v.c, sums[8 * Group + 2]);
+  Sha1Round<Group>(v.c, v.d, v.e, v.a, v.b, sums[8 * Group + 3]);
+  v = {v.b, v.c, v.d, v.e, v.a};
+}
+
+template <std::size_t Group>
+VNZEL_AVX2 VNZEL_INLINE void FirstSha1Rounds(Sha1Variables& v, Sha1Words& words, Sha1Schedules& schedules,
+                                             const std::uint32_t* sums) {
+  if constexpr (Group < 16) NextSha1Words<Group + 4>(words, schedules);
+  FourSha1Rounds<Group>(v, sums);
+}
+
+template <std::size_t... Group>
+VNZEL_AVX2 VNZEL_INLINE void FirstSha1Block(Sha1Variables& v, const std::uint8_t* first,
+                                            const std::uint8_t* second, Sha1Schedules& schedules,
+                                            const std::uint32_t* sums, std::index_sequence<Group...>) {
+  Sha1Words words;
+  words.w[0] = FirstWords(first, second);
+  words.w[1] = FirstWords(first + 16, second + 16);
+  words.w[2] = FirstWords(first + 32, second + 32);
+  words.w[3] = FirstWords(first + 48, second + 48);
+  schedules.Put(0, _mm256_add_epi32(words.w[0], Sha1Constant(0)));
+  schedules.Put(1, _mm256_add_epi32(words.w[1], Sha1Constant(1)));
+  schedules.Put(2, _mm256_add_epi32(words.w[2], Sha1Constant(2)));
+  schedules.Put(3, _mm256_add_epi32(words.w[3], Sha1Constant(3)));
+  const Sha1Variables before = v;
+  (FirstSha1Rounds<Group>(v, words, schedules, sums), ...);
+  v = v + before;
+}
+
+template <std::size_t... Group>
+VNZEL_AVX2 VNZEL_INLINE void SecondSha1Block(Sha1Variables& v, const std::uint32_t* sums,
+                                             std::index_sequence<Group...>) {
+  const Sha1Variables before = v;
+  (FourSha1Rounds<Group>(v, sums), ...);
+  v = v + before;
+}
+
+// ---- SHA-256.
+
 using Sha256Schedules = TwoSchedules<64>;
 
 struct Sha256Variables {
@@ -261,6 +367,19 @@ VNZEL_AVX2 VNZEL_INLINE void SecondSha256Block(Sha256Variables& v, const std::ui
 }
 
 }  // namespace
+
+VNZEL_AVX2 void AbsorbSha1ByAvx2(Sha1State& state, ShaMessage& message) {
+  Sha1Schedules schedules;
+  const std::uint32_t* const sums = schedules.Sums();
+  Sha1Variables v = {state[0], state[1], state[2], state[3], state[4]};
+  while (const std::uint8_t* const first = message.Next()) {
+    const std::uint8_t* const second = message.Next();
+    FirstSha1Block(v, first, second == nullptr ? first : second, schedules, sums,
+                   std::make_index_sequence<20>());
+    if (second != nullptr) SecondSha1Block(v, sums + 4, std::make_index_sequence<20>());
+  }
+  state = {v.a, v.b, v.c, v.d, v.e};
+}
 
 VNZEL_AVX2 void AbsorbSha256ByAvx2(Sha256State& state, ShaMessage& message) {
   Sha256Schedules schedules;

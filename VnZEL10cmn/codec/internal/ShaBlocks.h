@@ -62,7 +62,8 @@ void AbsorbSha256(Sha256State& state, ShaMessage& message);
 void AbsorbSha1BySha(Sha1State& state, ShaMessage& message);
 void AbsorbSha256BySha(Sha256State& state, ShaMessage& message);
 
-/// By AVX2, which makes the words of two blocks at once, and BMI2.
+/// By AVX2, which makes the words of two blocks at once, and BMI1 and BMI2 for the rounds.
+void AbsorbSha1ByAvx2(Sha1State& state, ShaMessage& message);
 void AbsorbSha256ByAvx2(Sha256State& state, ShaMessage& message);
 #endif
 

@@ -16,7 +16,7 @@ namespace VnZEL10cmn::platform {
 /// Which instructions beyond the plain ones of its kind may be used.
 struct Instructions {
   bool ssse3 = false;  ///< Base64 and hexadecimal text, 16 bytes at a time.
-  bool avx2 = false;   ///< The same, 32 bytes at a time, and SHA-256 with BMI1 and BMI2.
+  bool avx2 = false;   ///< The same, 32 bytes at a time; with BMI1 and BMI2 SHA-1 and SHA-256.
   bool sha = false;    ///< SHA-1 and SHA-256 by the instructions made for them.
 
   friend bool operator==(const Instructions&, const Instructions&) = default;
