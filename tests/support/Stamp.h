@@ -43,7 +43,9 @@ class Moment {
 
  private:
   /// std::time may lag behind this clock by a tick and so show the second before.
-  static std::time_t Clock() { return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()); }
+  static std::time_t Clock() {
+    return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+  }
 
   std::time_t before_;
 };
