@@ -108,12 +108,14 @@ class Desk {
   }
 
  private:
-  /// What a build with coverage counters says when it can't write them to a full disk isn't the program's.
+  /// What a build with coverage counters says when it can't write them, to a full disk or as another user, isn't
+  /// the program's.
   static std::string WithoutCounters(std::string text) {
-    const std::string start = "libgcov profiling error:";
-    for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start)) {
-      const std::size_t end = text.find('\n', at);
-      text.erase(at, end == std::string::npos ? end : end + 1 - at);
+    for (const std::string_view start : {"libgcov profiling error:", "profiling:"}) {
+      for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start)) {
+        const std::size_t end = text.find('\n', at);
+        text.erase(at, end == std::string::npos ? end : end + 1 - at);
+      }
     }
     return text;
   }
