@@ -63,9 +63,13 @@ Refusal BeyondLengthByte(std::int32_t start, std::uint8_t tag, std::int64_t leng
       start, tag, length);
 }
 
-void WriteHead(ByteArray& buffer, std::int32_t start, ZelTags tag, std::size_t length) {
-  buffer[start] = static_cast<std::uint8_t>(tag);
-  buffer[start + 1] = static_cast<std::uint8_t>(length);
+/// Writes tag and length of the record that begins at an index, for which there is room, and returns where its value
+/// belongs.
+std::uint8_t* WriteHead(ByteArray& buffer, std::int32_t start, ZelTags tag, std::size_t length) {
+  std::uint8_t* const record = buffer.data() + (start - buffer.LBound());
+  record[0] = static_cast<std::uint8_t>(tag);
+  record[1] = static_cast<std::uint8_t>(length);
+  return record + kRecordHead;
 }
 
 /// Whether there is room for a record at `start`; why not is told by `CheckWrite`.
@@ -81,10 +85,7 @@ MaybeRefusal WriteRecord(ByteArray& buffer, std::int32_t& start, ZelTags tag, st
   if (!Fits(buffer, start, static_cast<std::int64_t>(length))) {
     return CheckWrite(buffer, start, static_cast<std::int64_t>(length));
   }
-  std::uint8_t* const record = buffer.data() + (start - buffer.LBound());
-  record[0] = static_cast<std::uint8_t>(tag);
-  record[1] = static_cast<std::uint8_t>(length);
-  fill(record + kRecordHead);
+  fill(WriteHead(buffer, start, tag, length));
   Advance(start, length);
   return std::nullopt;
 }
