@@ -6,6 +6,7 @@
 #include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/items/internal/ItemForm.h"
 #include "VnZEL10cmn/items/internal/ItemListAccess.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -178,7 +179,10 @@ bool ItemHolder::DecodeItems(const ByteArray& data) {
   if (!helper_.ToBase64String(data, itemListText_)) {
     return fail("Das Wandeln der Daten in Base64 schlug fehl", "ToBase64String");
   }
-  return RefreshItemHash(function, {});
+  // The hash is that of what was understood. Mostly that is what stands there; otherwise it is written again.
+  const std::span<const std::uint8_t> bytes(data.data(), data.size());
+  ByteArray hash;
+  return (internal::AreAsWritten(bytes) && HashBytes(bytes, hash)) || RefreshItemHash(function, {});
 }
 
 }  // namespace VnZEL10cmn

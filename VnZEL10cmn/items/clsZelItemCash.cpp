@@ -10,6 +10,7 @@
 #include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/items/internal/ItemForm.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 #include "VnZEL10cmn/types/internal/Format.h"
@@ -21,10 +22,6 @@ using internal::Compose;
 using internal::kCrLf;
 
 namespace {
-
-constexpr std::size_t kUnitLength = 8;
-constexpr std::size_t kNameLength = 16;
-constexpr std::size_t kQuantityEnd = 12;
 
 bool IsPriceNumber(std::int32_t index) { return index >= 1 && index <= 6; }
 
@@ -236,7 +233,7 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
   }
   std::array<char, 24> digits{};
   const std::string_view quantity = internal::FormatQuantity(quantity_, digits);
-  if (quantity.size() >= kQuantityEnd) {
+  if (quantity.size() >= internal::kQuantityEnd) {
     return Fail(
         ZELErrorCodes::Err_Zel_CnvRange,
         Compose("Die Zeichenfolge für die Menge ist zu lang!", kCrLf, "    Zeichenfolge ......: ", quantity),
@@ -252,11 +249,14 @@ bool clsZelItemCash::WriteRecords(ByteArray& data, std::int32_t& start) {
   if (!Done([&] { return internal::WriteAscii(data, start, ZelTags::Item_Quantity, quantity); })) {
     return fail("Mengenangabe");
   }
-  if (!unit_.empty() &&
-      !Done([&] { return internal::WriteDeviceText(data, start, ZelTags::Item_Unit, unit_, kUnitLength); })) {
+  if (!unit_.empty() && !Done([&] {
+        return internal::WriteDeviceText(data, start, ZelTags::Item_Unit, unit_, internal::kUnitLength);
+      })) {
     return fail("Mengeneinheit");
   }
-  if (!Done([&] { return internal::WriteDeviceText(data, start, ZelTags::Item_Name, name_, kNameLength); })) {
+  if (!Done([&] {
+        return internal::WriteDeviceText(data, start, ZelTags::Item_Name, name_, internal::kNameLength);
+      })) {
     return fail("Bezeichnung");
   }
   if (discSurc_ && !Done([&] { return internal::WriteBool(data, start, ZelTags::Item_DiscSurch, true); })) {

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "VnZEL10cmn/items/internal/ItemForm.h"
 #include "fuzz/Objects.h"
 #include "fuzz/Targets.h"
 
@@ -164,6 +166,14 @@ void ItemList(Bytes data) {
   }
   FUZZ_CHECK(end >= 0 && end <= records.UBound() + 1);
   records.RedimPreserve(end - 1);
+  // Records in the form in which items are written are written again just so.
+  if (buffer.LBound() == 0 && delivery.place.start >= 0 && delivery.place.start <= buffer.UBound()) {
+    const auto behind =
+        std::span(buffer.data(), buffer.size()).subspan(static_cast<std::size_t>(delivery.place.start));
+    const auto source =
+        delivery.length >= 1 ? behind.first(static_cast<std::size_t>(delivery.length)) : behind;
+    FUZZ_CHECK(!VnZEL10cmn::internal::AreAsWritten(source) || std::ranges::equal(source, records));
+  }
   VnZEL10cmn::clsZelItemList again;
   std::int32_t at = 0;
   FUZZ_CHECK(again.BinaryDataSet(records, at));
