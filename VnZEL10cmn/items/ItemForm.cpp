@@ -1,6 +1,8 @@
 #include "VnZEL10cmn/items/internal/ItemForm.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "VnZEL10cmn/device/ZelTags.h"
 #include "VnZEL10cmn/device/internal/Records.h"
@@ -30,11 +32,21 @@ bool IsQuantity(Bytes text) {
                              : !decimals.empty() && decimals.size() <= 4 && decimals.back() != '0';
 }
 
+constexpr std::array<bool, 256> kDeviceCharacters = [] {
+  std::array<bool, 256> characters{};
+  for (const char c : std::string_view("abcdefghijklmnopqrstuvwxyz0123456789#")) {
+    characters[static_cast<unsigned char>(c)] = true;
+  }
+  return characters;
+}();
+
 /// What the device's form of a text leaves as it is.
 bool IsDeviceText(Bytes text, std::size_t most) {
-  return !text.empty() && text.size() <= most && std::ranges::all_of(text, [](std::uint8_t c) {
-    return (c >= 'a' && c <= 'z') || IsDigit(c) || c == '#';
-  });
+  bool isKept = !text.empty() && text.size() <= most;
+  for (const std::uint8_t c : text) {
+    isKept &= kDeviceCharacters[c];
+  }
+  return isKept;
 }
 
 /// Cents with their sign, without leading zeros; not zero, which is not written.

@@ -217,7 +217,9 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
     if (!item) {
       throw std::logic_error("no item");
     }
-    item->LogHandler(LogHandler());
+    if (const auto log = LogHandler(); log || itemFactory_) {
+      item->LogHandler(log);
+    }
     // An item class that reads nothing would be asked for ever.
     if (!item->BinaryDataSet(data, start) || start <= itemStart) {
       return fail(ZELErrorCodes::Err_Ser_CodingError, "Ein Buchungsposten konnte nicht dekodiert werden");
