@@ -209,7 +209,7 @@ std::size_t DeviceText(std::string_view text, std::span<char> out) {
   while (!text.empty() && to != full) {
     // No character gives more than one.
     const std::string_view fitting = text.substr(0, static_cast<std::size_t>(full - to));
-    const auto* at = fitting.begin();
+    auto at = fitting.begin();
     for (; at != fitting.end() && static_cast<unsigned char>(*at) < kDeviceCharacters.size(); ++at) {
       if (*at != ' ') {
         *to++ = kDeviceCharacters[static_cast<unsigned char>(*at)];

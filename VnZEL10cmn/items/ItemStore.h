@@ -128,7 +128,7 @@ class ItemStore {
   /// of i says, so that the items before any slot are the sum of a few of them.
   std::vector<std::uint32_t> counts_;
   /// Cash items by ID, an open hash table. Most lists are never asked for an ID, which then isn't made either: items
-  /// are entered when the next one is looked for.
+  /// are entered when one is looked for that does not stand behind the item found last.
   mutable std::vector<Entry> table_;
   mutable std::size_t entered_ = 0;  ///< slots that are in the table
   mutable std::size_t next_ = 0;     ///< the slot behind that of the item found last

@@ -37,12 +37,12 @@ std::string Text(std::uint8_t tag, std::string_view text) {
   return test::ToHex(record);
 }
 
-bool IsQuantity(std::string_view text) { return AreAsWritten(Text(0xA0, text) + "A2 01 61"); }
-bool IsUnit(std::string_view text) { return AreAsWritten("A0 01 31" + Text(0xA1, text) + "A2 01 61"); }
-bool IsName(std::string_view text) { return AreAsWritten("A0 01 31" + Text(0xA2, text)); }
-bool IsPrice(std::string_view record) { return AreAsWritten("A0 01 31 A2 01 61 B1" + std::string(record)); }
+std::string Quantity(std::string_view text) { return Text(0xA0, text) + "A2 01 61"; }
+std::string Unit(std::string_view text) { return "A0 01 31" + Text(0xA1, text) + "A2 01 61"; }
+std::string Name(std::string_view text) { return "A0 01 31" + Text(0xA2, text); }
+std::string Price(std::string_view record) { return "A0 01 31 A2 01 61 B1" + std::string(record); }
 
-/// What a list gives that has read records; the same bytes, whatever they are, where it can't read them.
+/// What a list gives that has read records; nothing where it can't read or write them.
 ByteArray WrittenAgain(const ByteArray& records) {
   clsZelItemList list;
   std::int32_t start = 0;
@@ -55,12 +55,18 @@ ByteArray WrittenAgain(const ByteArray& records) {
   return written;
 }
 
+/// Said to be as written, and written again just so.
+void ExpectAsWritten(std::string_view hex) {
+  EXPECT_TRUE(AreAsWritten(hex)) << hex;
+  EXPECT_EQ(test::ToHex(WrittenAgain(test::FromHex(hex))), test::ToHex(test::FromHex(hex)));
+}
+
 TEST(ItemForm, AllThatAnItemCanHoldInItsOrder) {
-  EXPECT_TRUE(AreAsWritten("A0 01 31 A2 01 61"));
-  EXPECT_TRUE(
-      AreAsWritten("A0 03 30 2E 35 A1 02 6B 67 A2 04 6D 65 68 6C AA 00 AB 00 AC 00"
-                   "B1 01 5C B2 02 01 9D B3 01 1C B4 01 1C B5 01 1C B6 06 99 99 99 99 99 9C"));
-  EXPECT_TRUE(AreAsWritten("A0 01 31 A2 01 61 A0 01 32 A2 01 62 B1 01 1C A0 01 33 A2 01 63"));
+  ExpectAsWritten("A0 01 31 A2 01 61");
+  ExpectAsWritten(
+      "A0 03 30 2E 35 A1 02 6B 67 A2 04 6D 65 68 6C AA 00 AB 00 AC 00"
+      "B1 01 5C B2 02 01 9D B3 01 1C B4 01 1C B5 01 1C B6 06 99 99 99 99 99 9C");
+  ExpectAsWritten("A0 01 31 A2 01 61 A0 01 32 A2 01 62 B1 01 1C A0 01 33 A2 01 63");
 }
 
 TEST(ItemForm, NothingIsNoItem) { EXPECT_FALSE(AreAsWritten("")); }
@@ -93,35 +99,35 @@ TEST(ItemForm, OtherTagsAndCutRecords) {
 
 TEST(ItemForm, Quantities) {
   for (const char* text : {"1", "10", "0.5", "0.0001", "12.3456", "99999999999", "123456.7891"}) {
-    EXPECT_TRUE(IsQuantity(text)) << text;
+    ExpectAsWritten(Quantity(text));
   }
   for (const char* text : {"", "0", "01", "00.5", ".5", "5.", "1.50", "1.0", "1.23456", "-1", "+1", " 1",
                            "1 ", "1,5", "1.2.3", "1a", "a", "123456789012", "1234567.8901"}) {
-    EXPECT_FALSE(IsQuantity(text)) << text;
+    EXPECT_FALSE(AreAsWritten(Quantity(text))) << text;
   }
 }
 
 TEST(ItemForm, UnitsAndNames) {
   for (const char* text : {"a", "z", "0", "9", "#", "kg#1az09"}) {
-    EXPECT_TRUE(IsUnit(text)) << text;
-    EXPECT_TRUE(IsName(text)) << text;
+    ExpectAsWritten(Unit(text));
+    ExpectAsWritten(Name(text));
   }
   for (const char* text : {"", "A", "a b", " a", "a ", "a-b", "\x7F", "`", "{", "/", ":"}) {
-    EXPECT_FALSE(IsUnit(text)) << text;
-    EXPECT_FALSE(IsName(text)) << text;
+    EXPECT_FALSE(AreAsWritten(Unit(text))) << text;
+    EXPECT_FALSE(AreAsWritten(Name(text))) << text;
   }
-  EXPECT_FALSE(IsUnit("123456789"));
-  EXPECT_TRUE(IsName("1234567890123456"));
-  EXPECT_FALSE(IsName("12345678901234567"));
+  EXPECT_FALSE(AreAsWritten(Unit("123456789")));
+  ExpectAsWritten(Name("1234567890123456"));
+  EXPECT_FALSE(AreAsWritten(Name("12345678901234567")));
 }
 
 TEST(ItemForm, Prices) {
   for (const char* record : {"01 1C", "01 9D", "02 01 0C", "02 99 9D", "06 01 00 00 00 00 0C"}) {
-    EXPECT_TRUE(IsPrice(record)) << record;
+    ExpectAsWritten(Price(record));
   }
   for (const char* record : {"00", "01 0C", "01 0D", "01 AC", "01 1E", "01 1A", "01 11", "02 00 1C",
                              "02 0A 1C", "02 A0 1C", "07 01 00 00 00 00 00 0C"}) {
-    EXPECT_FALSE(IsPrice(record)) << record;
+    EXPECT_FALSE(AreAsWritten(Price(record))) << record;
   }
 }
 

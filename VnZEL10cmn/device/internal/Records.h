@@ -77,9 +77,8 @@ inline void Advance(std::int32_t& start, std::size_t length) {
 /// A tag that has no place where it was found.
 Refusal UnexpectedTag(std::uint8_t tag);
 
-// Readers and writers of the record at `start`, which they move behind it. A reader takes any tag unless it
-// is told which. After a
-// refusal `start` may have moved; the public operations put it back.
+// Readers and writers of the record at `start`, which they move behind it. A reader takes any tag unless it is told
+// which. After a refusal `start` may have moved; the public operations put it back.
 
 /// The value of a record that is checked already.
 inline std::span<const std::uint8_t> Value(const ByteArray& buffer, std::int32_t start) {
