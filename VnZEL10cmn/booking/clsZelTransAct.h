@@ -132,6 +132,7 @@ class clsZelTransAct : public ItemHolder {
   void ResetContainers();
 
   std::array<clsZelContainer, 6> containers_;
+  std::uint32_t containerResets_ = 0;
   std::shared_ptr<clsZelVatList> vatList_;
   std::shared_ptr<clsZelItemPrint> printEngine_;
   Date transactionDate_;

@@ -28,11 +28,11 @@ class clsZelBaseCoding : public VnObject {
  public:
   /// A coder without a log file.
   clsZelBaseCoding();
-  ~clsZelBaseCoding();
+  ~clsZelBaseCoding() override;
 
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the coder's helper.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value) override;
 
   /// Whether a complete record can be read at `Start`: its value between `MinLen` and `MaxLen` bytes (-1: no
   /// limit), its tag `Tag` (none: any). A failure shows in `Message` and `VnErrNr` only, not in the error

@@ -11,7 +11,7 @@ class clsZelListItemFact : public VnObject {
  public:
   /// A factory of cash items.
   clsZelListItemFact();
-  virtual ~clsZelListItemFact();
+  ~clsZelListItemFact() override;
 
   /// A new, empty item; here a `clsZelItemCash`. `ErrObj` is not used.
   virtual std::shared_ptr<IVnZelItem> CreateNewItem(clsVnError* ErrObj = nullptr);
