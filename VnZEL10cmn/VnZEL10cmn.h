@@ -37,5 +37,6 @@
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 #include "VnZEL10cmn/types/ListIterator.h"
 #include "VnZEL10cmn/types/RunTimeFaults.h"

@@ -10,12 +10,13 @@
 #include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/types/ByteArray.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What bookings, reports and data records have in common: a request to the device, its response, and the XML
 /// document that keeps both. Not for hosts.
-class DeviceDocument : public SharedObject<DeviceDocument> {
+class VNZEL10CMN_API DeviceDocument : public SharedObject<DeviceDocument> {
  public:
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the object's helper.

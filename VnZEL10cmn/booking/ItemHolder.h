@@ -9,12 +9,13 @@
 #include "VnZEL10cmn/booking/DeviceDocument.h"
 #include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/items/clsZelItemList.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What bookings and reports have in common: an item list with its hash beside request and response.
 /// Not for hosts.
-class ItemHolder : public DeviceDocument {
+class VNZEL10CMN_API ItemHolder : public DeviceDocument {
  public:
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the object's coder, helper and item list.

@@ -6,6 +6,7 @@
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
 #include "VnZEL10cmn/errors/VnObject.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 #include "VnZEL10cmn/types/ListIterator.h"
 
 namespace VnZEL10cmn {
@@ -16,7 +17,7 @@ class RateSets;
 
 /// The rate sets of all periods, which do not overlap. New: 16 and 7 percent for 2000 to 2006, 19 and 7
 /// percent from 2007 on.
-class clsZelVatList : public VnObject {
+class VNZEL10CMN_API clsZelVatList : public VnObject {
  public:
   /// The two rate sets named above.
   clsZelVatList();

@@ -8,6 +8,7 @@
 
 #include "VnZEL10cmn/errors/ZELErrorCodes.h"
 #include "VnZEL10cmn/errors/clsVnError.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -32,7 +33,7 @@ struct Refusal;
 /// objects may be used by different threads at once.
 ///
 /// Hosts derive from published classes, not from this one: what is protected may change.
-class VnObject {
+class VNZEL10CMN_API VnObject {
  public:
   VnObject(const VnObject&) = delete;
   VnObject& operator=(const VnObject&) = delete;

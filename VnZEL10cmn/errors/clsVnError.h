@@ -8,13 +8,14 @@
 
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// The error object: number, message, function, source and instance of the last failure of its owner. Every
 /// object of the library owns one for life and hands it out as `ErrorObject`. Texts are stored trimmed of
 /// leading and trailing blanks.
-class clsVnError final : public IVnLogItem {
+class VNZEL10CMN_API clsVnError final : public IVnLogItem {
  public:
   /// Shows a message box: text, style flags, title; returns the code of the button pressed.
   using MsgBoxFunction =

@@ -5,11 +5,12 @@
 
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// A message, not an error, for the log file. Texts are stored trimmed of leading and trailing blanks.
-class clsVnLogItem final : public IVnLogItem {
+class VNZEL10CMN_API clsVnLogItem final : public IVnLogItem {
  public:
   /// An empty message.
   clsVnLogItem();

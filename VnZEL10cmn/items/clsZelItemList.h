@@ -8,6 +8,7 @@
 #include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/items/IVnZelItem.h"
 #include "VnZEL10cmn/items/clsZelListItemFact.h"
+#include "VnZEL10cmn/types/Export.h"
 #include "VnZEL10cmn/types/ListIterator.h"
 
 namespace VnZEL10cmn {
@@ -20,7 +21,7 @@ class ItemStore;
 
 /// The ordered items of a booking or report, by position (from 1) and by instance ID, which is unique in a
 /// list. Items are shared: one added to two lists is the same object in both.
-class clsZelItemList : public SharedObject<clsZelItemList> {
+class VNZEL10CMN_API clsZelItemList : public SharedObject<clsZelItemList> {
  public:
   /// An empty list with the profile "kasse".
   clsZelItemList();

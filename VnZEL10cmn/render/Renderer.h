@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "VnZEL10cmn/errors/VnObject.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What print engines have in common: a failure goes to the error object handed in, if any, which is clear after a
 /// rendering that succeeded. Not for hosts.
-class Renderer : public VnObject {
+class VNZEL10CMN_API Renderer : public VnObject {
  protected:
   /// `className` is a literal: the class's published name.
   explicit Renderer(const char* className);
