@@ -132,7 +132,7 @@ void ArrayReference<Array>::Store() {
     return;
   }
   SafeArray changed(ToSafeArray(value_));
-  if (*place_ != nullptr && FAILED(SafeArrayDestroy(*place_))) throw ComFailure(RunTimeNumber::ArrayLocked);
+  if (*place_ != nullptr && FAILED(SafeArrayDestroy(*place_))) throw ComFailure(RunTimeNumber::FixedArray);
   *place_ = changed.Detach();
 }
 

@@ -1,21 +1,15 @@
 #pragma once
 
-#include <string>
+#include <optional>
 #include <string_view>
 
+#include "VnZEL10cmn/types/RunTimeFaults.h"
 #include "automation/Com.h"
 
 namespace automation {
 
 /// The numbers under which Visual Basic's callers know failures.
-enum class RunTimeNumber : unsigned short {
-  InvalidCall = 5,
-  Overflow = 6,
-  OutOfMemory = 7,
-  OutOfRange = 9,
-  ArrayLocked = 10,
-  TypeMismatch = 13,
-};
+using VnZEL10cmn::internal::RunTimeNumber;
 
 /// The result code of a run-time number.
 constexpr HRESULT ToResult(RunTimeNumber number) {
@@ -26,11 +20,14 @@ constexpr HRESULT ToResult(RunTimeNumber number) {
 class ComFailure {
  public:
   explicit ComFailure(HRESULT result) : result_(result) {}
-  explicit ComFailure(RunTimeNumber number) : result_(ToResult(number)) {}
+  explicit ComFailure(RunTimeNumber number) : result_(ToResult(number)), number_(number) {}
   [[nodiscard]] HRESULT Result() const noexcept { return result_; }
+  /// The run-time number, for a failure of the server's own.
+  [[nodiscard]] std::optional<RunTimeNumber> Number() const noexcept { return number_; }
 
  private:
   HRESULT result_;
+  std::optional<RunTimeNumber> number_;
 };
 
 /// Throws a `ComFailure` where the result is one.
@@ -38,8 +35,8 @@ inline void Require(HRESULT result) {
   if (FAILED(result)) throw ComFailure(result);
 }
 
-/// What a host's object answered as an exception that the library knows: out of range, overflow, not a number,
-/// out of memory, or whatever its error information says.
+/// What a host's object answered as an exception that the library knows: out of range, overflow, not a number, out of
+/// memory, no object, or an invalid call for anything else. Its error information is taken away.
 void ThrowHostFailure(HRESULT result);
 
 /// To be called in a catch block: the result code of the present exception, whose description becomes the

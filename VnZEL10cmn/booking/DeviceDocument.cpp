@@ -12,7 +12,7 @@ using internal::Compose;
 using internal::kCrLf;
 using internal::Via;
 
-DeviceDocument::DeviceDocument(std::string_view className) : VnObject(className) {}
+DeviceDocument::DeviceDocument(const char* className) : SharedObject(className) {}
 
 DeviceDocument::~DeviceDocument() = default;
 
@@ -69,7 +69,7 @@ bool DeviceDocument::ReadXmlElement(std::string_view document, const ElementText
     std::string none;
     coder_.GetXmlTag(document, texts.tag, none);
     if (internal::HasElement(document, texts.tag)) {
-      return Fail(ZELErrorCodes::Err_Ser_Failed, texts.damaged, Compose(function, texts.damagedIn));
+      return Fail(texts.damagedNumber, texts.damaged, Compose(function, texts.damagedIn));
     }
   }
   content = found;

@@ -7,32 +7,34 @@
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
-#include "VnZEL10cmn/errors/VnObject.h"
+#include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/types/ByteArray.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What bookings, reports and data records have in common: a request to the device, its response, and the XML
-/// document that keeps both.
-class DeviceDocument : public VnObject {
+/// document that keeps both. Not for hosts.
+class VNZEL10CMN_API DeviceDocument : public SharedObject<DeviceDocument> {
  public:
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the object's helper.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value) override;
 
  protected:
   /// How reading an element of the document can fail: the messages, and what follows the function's name.
   struct ElementTexts {
-    ZelXmlTags tag;              ///< the element
-    std::string_view damaged;    ///< it is incomplete or out of order
-    std::string_view damagedIn;  ///< the callee named then
-    std::string_view empty;      ///< it is empty or not there at all
-    ZELErrorCodes emptyNumber;   ///< the number then
+    ZelXmlTags tag;                                               ///< the element
+    std::string_view damaged;                                     ///< it is incomplete or out of order
+    std::string_view damagedIn;                                   ///< the callee named then
+    std::string_view empty;                                       ///< it is empty or not there at all
+    ZELErrorCodes emptyNumber;                                    ///< the number then
+    ZELErrorCodes damagedNumber = ZELErrorCodes::Err_Ser_Failed;  ///< the number of an incomplete one
   };
 
   /// `className` is a literal: the class's published name.
-  explicit DeviceDocument(std::string_view className);
+  explicit DeviceDocument(const char* className);
   ~DeviceDocument() override;
 
   /// The stored response's bytes; failures are filed with the header.

@@ -20,14 +20,9 @@ namespace {
 
 constexpr std::string_view kEncodeItemsHeader = "Buchung: Kodieren der Postenliste nicht möglich!\r\n";
 
-/// The first `length` elements of a zero-based array.
-ByteArray FirstBytes(const ByteArray& data, std::int32_t length) {
-  return ByteArray(std::span<const std::uint8_t>(data.data(), static_cast<std::size_t>(length)));
-}
-
 }  // namespace
 
-ItemHolder::ItemHolder(std::string_view className, bool useSha256)
+ItemHolder::ItemHolder(const char* className, bool useSha256)
     : DeviceDocument(className), useSha256_(useSha256) {}
 
 ItemHolder::~ItemHolder() = default;
@@ -125,7 +120,7 @@ bool ItemHolder::EncodeItems(ByteArray& data) {
     return fail("Die Daten konnten nicht aus dem Listenobjekt gelesen werden.",
                 Via(function, "BinaryDataSet"));
   }
-  data = FirstBytes(data, length);
+  data.RedimPreserve(length - 1);  // the rest is reserve
   if (!helper_.ToBase64String(data, itemListText_)) {
     return fail("Die Daten konnten nicht in das Base64-Format\r\nüberführt werden.",
                 Via(function, "ToBase64String"));
@@ -170,6 +165,7 @@ bool ItemHolder::DecodeItems(const ByteArray& data) {
   const auto fail = [&](std::string_view message, std::string_view callee) {
     return Fail(ZELErrorCodes::Err_Ser_Failed, message, Via(function, callee));
   };
+  const bool isMadeByHost = ItemListAccess::HasHostFactory(itemList_);
   itemList_.Clear();
   std::int32_t start = 0;
   if (!itemList_.BinaryDataSet(data, start)) {
@@ -179,10 +175,12 @@ bool ItemHolder::DecodeItems(const ByteArray& data) {
   if (!helper_.ToBase64String(data, itemListText_)) {
     return fail("Das Wandeln der Daten in Base64 schlug fehl", "ToBase64String");
   }
-  // The hash is that of what was understood. Mostly that is what stands there; otherwise it is written again.
+  // The hash is that of what was understood. Mostly that is what was read; otherwise the items are written again. A
+  // host's factory may change the items that it made before.
   const std::span<const std::uint8_t> bytes(data.data(), data.size());
   ByteArray hash;
-  return (internal::AreAsWritten(bytes) && HashBytes(bytes, hash)) || RefreshItemHash(function, {});
+  return (!isMadeByHost && internal::AreAsWritten(bytes) && HashBytes(bytes, hash)) ||
+         RefreshItemHash(function, {});
 }
 
 }  // namespace VnZEL10cmn

@@ -9,15 +9,17 @@
 #include "VnZEL10cmn/booking/DeviceDocument.h"
 #include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/items/clsZelItemList.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What bookings and reports have in common: an item list with its hash beside request and response.
-class ItemHolder : public DeviceDocument {
+/// Not for hosts.
+class VNZEL10CMN_API ItemHolder : public DeviceDocument {
  public:
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the object's coder, helper and item list.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value) override;
 
   /// The device profile of the item list.
   const std::string& ZelProfile() const noexcept;
@@ -32,10 +34,10 @@ class ItemHolder : public DeviceDocument {
   /// Selects the item hash.
   void UseSHA256(bool Value) noexcept;
 
-  /// Items in list order.
-  auto begin() const noexcept { return itemList_.begin(); }
-  /// Items in list order.
-  auto end() const noexcept { return itemList_.end(); }
+  /// Items in list order; the list may change meanwhile, see `ListIterator`.
+  ListIterator<IVnZelItem> begin() const { return itemList_.begin(); }
+  /// The end of every list.
+  ListIterator<IVnZelItem> end() const noexcept { return {}; }
 
   /// Number of items.
   std::int32_t ItemCount() const noexcept;
@@ -64,7 +66,7 @@ class ItemHolder : public DeviceDocument {
 
  protected:
   /// `className` is a literal: the class's published name.
-  ItemHolder(std::string_view className, bool useSha256);
+  ItemHolder(const char* className, bool useSha256);
   ~ItemHolder() override;
 
   /// The items' bytes; failures are filed.

@@ -6,12 +6,13 @@
 #include "VnZEL10cmn/errors/VnObject.h"
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// The turnover of one VAT class, of third-party business, of delivery notes or of training bookings, in a
 /// request or a response: one device record whose value is a run of records.
-class clsZelContainer : public VnObject {
+class VNZEL10CMN_API clsZelContainer : public VnObject {
  public:
   /// An empty container without a tag.
   clsZelContainer();

@@ -6,6 +6,7 @@
 #include "VnZEL10cmn/booking/internal/ContainerTurnover.h"
 #include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/CashItemAccess.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/items/internal/ItemListAccess.h"
@@ -172,14 +173,15 @@ bool clsZelTransAct::SerialiseItems(ByteArray& hash) {
   if (!itemList_.BinaryDataGet(items, length)) {
     return FailRqst(failed, "Die Daten der Buchungsposten konnten nicht\r\ngelesen werden.");
   }
-  if (!helper_.ToBase64String(items, itemListText_, 0, length)) {
+  items.RedimPreserve(length - 1);  // the rest is reserve
+  if (!helper_.ToBase64String(items, itemListText_)) {
     return FailRqst(ZELErrorCodes::Err_Ser_CodingError,
                     "Die Daten der Buchungsposten konnten nicht\r\nin das Base64-Format überführt werden");
   }
   if (HasError()) {
     return false;
   }
-  if (HashBytes({items.data(), static_cast<std::size_t>(length)}, hash)) {
+  if (HashBytes({items.data(), items.size()}, hash)) {
     return true;
   }
   const std::string_view hashType = internal::HashType(UseSHA256());
@@ -204,9 +206,11 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
       return false;
     }
   } else {
-    for (const std::shared_ptr<IVnZelItem>& item : itemList_) {
-      const auto& cash = static_cast<const clsZelItemCash&>(*item);
-      AddPrices(CashItemAccess::Prices(cash), cash.ThirdParty());
+    for (const std::shared_ptr<IVnZelItem>& item : ItemListAccess::Items(itemList_).Slots()) {
+      if (item) {
+        const auto& cash = static_cast<const clsZelItemCash&>(*item);
+        AddPrices(CashItemAccess::Prices(cash), cash.ThirdParty());
+      }
     }
   }
   for (std::size_t i = 0; i < kClasses; ++i) {
@@ -222,12 +226,15 @@ bool clsZelTransAct::FillContainers(clsZelVatItem& rates) {
 }
 
 bool clsZelTransAct::AddHostItems() {
-  CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
-  // By position: a host's item may change the list while it is asked.
-  for (std::int32_t number = 1; number <= ItemCount(); ++number) {
-    const std::shared_ptr<IVnZelItem> item = ItemI(number);
+  const internal::ItemStore& items = ItemListAccess::Items(itemList_);
+  const std::uint64_t changes = items.Changes();
+  const std::uint32_t resets = containerResets_;
+  for (const std::shared_ptr<IVnZelItem>& item : itemList_) {
+    CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
     bool isThirdParty = false;
-    if (!item->GetPrices(prices, isThirdParty)) {
+    // The hash is that of the list as it was before, and the sums are in the containers: an item that changes the list
+    // now, or has the booking fill its containers with something else, has failed.
+    if (!item->GetPrices(prices, isThirdParty) || items.Changes() != changes || containerResets_ != resets) {
       return FailRqst(ZELErrorCodes::Err_Ser_DataMissing,
                       "Die Preisbestandteile für einen Buchungsposten\r\nkonnten nicht gelesen werden!");
     }
@@ -250,13 +257,17 @@ void clsZelTransAct::AddPrices(const std::array<Currency, 6>& prices, bool isThi
     if (price == Currency()) {
       continue;
     }
+    // An overflow ends this half-way: the order of the sums shows in the containers then.
     clsZelContainer& container = containers_[i];
-    ContainerTurnover::Set(container, container.Turnover() + price);
     if (isThirdParty) {
       container.TurnoverThrd(container.TurnoverThrd() + price);
     }
     if (price < Currency()) {
-      container.TurnoverNeg(container.TurnoverNeg() - price);
+      const Currency magnitude = -price;
+      ContainerTurnover::Set(container, container.Turnover() - magnitude);
+      container.TurnoverNeg(container.TurnoverNeg() + magnitude);
+    } else {
+      ContainerTurnover::Set(container, container.Turnover() + price);
     }
   }
 }
@@ -487,17 +498,21 @@ bool clsZelTransAct::Clear() {
 }
 
 void clsZelTransAct::ResetContainers() {
+  ++containerResets_;
   for (clsZelContainer& container : containers_) {
     container.Clear();
   }
 }
 
 std::string clsZelTransAct::ToString() {
+  // The engine may let go of the booking and of itself.
+  const internal::Lent self(*this);
   return RunFor<std::string>("ToString", [&] {
     if (!printEngine_) {
       printEngine_ = internal::CreateDefaultPrintEngine();
     }
-    return internal::RenderBooking(*printEngine_, *this, &ErrorObject());
+    const std::shared_ptr<clsZelItemPrint> engine = printEngine_;
+    return internal::RenderBooking(*engine, self.Get(), &ErrorObject());
   });
 }
 

@@ -10,6 +10,7 @@
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/booking/clsZelVatList.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -19,7 +20,7 @@ class clsZelItemPrint;
 /// the `Request`, hand the device's answer back as `Response`; then the booking can be exported as XML.
 ///
 /// Nothing is locked by a request: whatever is changed after it shows in the next request only.
-class clsZelTransAct : public ItemHolder {
+class VNZEL10CMN_API clsZelTransAct : public ItemHolder {
  public:
   /// A booking without items and VAT list, never dated, in euro (978), hashing with SHA-256.
   clsZelTransAct();
@@ -132,6 +133,7 @@ class clsZelTransAct : public ItemHolder {
   void ResetContainers();
 
   std::array<clsZelContainer, 6> containers_;
+  std::uint32_t containerResets_ = 0;
   std::shared_ptr<clsZelVatList> vatList_;
   std::shared_ptr<clsZelItemPrint> printEngine_;
   Date transactionDate_;

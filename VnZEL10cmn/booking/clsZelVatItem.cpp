@@ -1,9 +1,9 @@
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/items/internal/VatClass.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 
 namespace VnZEL10cmn {
@@ -40,7 +40,7 @@ Currency VatOfNet(Currency price, Currency rate) {
   clsHelper01 helper;
   const Currency vat = helper.RoundCmrc(raw, 2);
   if (helper.HasError()) {
-    throw std::overflow_error(helper.ErrorObject().ErrorMsg());
+    internal::ThrowOverflow();
   }
   return vat;
 }
@@ -75,12 +75,10 @@ void clsZelVatItem::VATrate(std::int32_t Index, Currency Value) noexcept {
   }
 }
 
-Currency clsZelVatItem::VatRate2(ZELVatClasses VatClass) const {
-  return rates_.at(static_cast<std::size_t>(VatClass));
-}
+Currency clsZelVatItem::VatRate2(ZELVatClasses VatClass) const { return internal::OfClass(rates_, VatClass); }
 
 void clsZelVatItem::VatRate2(ZELVatClasses VatClass, Currency Value) {
-  Currency& rate = rates_.at(static_cast<std::size_t>(VatClass));
+  Currency& rate = internal::OfClass(rates_, VatClass);
   if (Value >= Currency()) {
     rate = Value;
   }

@@ -7,12 +7,13 @@
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// The six VAT rates, in percent, of one period of validity. New: 19, 7, 0, 0, 10, 5.5 from 1 January 2007 to
 /// 31 December 2099.
-class clsZelVatItem : public VnObject {
+class VNZEL10CMN_API clsZelVatItem : public VnObject {
  public:
   /// The first day for which rates can be valid, its first second.
   static Date EarliestDate();

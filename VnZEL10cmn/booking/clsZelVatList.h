@@ -2,26 +2,31 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
 #include "VnZEL10cmn/errors/VnObject.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
+#include "VnZEL10cmn/types/ListIterator.h"
 
 namespace VnZEL10cmn {
 
+namespace internal {
+class RateSets;
+}
+
 /// The rate sets of all periods, which do not overlap. New: 16 and 7 percent for 2000 to 2006, 19 and 7
 /// percent from 2007 on.
-class clsZelVatList : public VnObject {
+class VNZEL10CMN_API clsZelVatList : public VnObject {
  public:
   /// The two rate sets named above.
   clsZelVatList();
-  ~clsZelVatList();
+  ~clsZelVatList() override;
 
-  /// Rate sets in list order.
-  auto begin() const noexcept { return items_.begin(); }
-  /// Rate sets in list order.
-  auto end() const noexcept { return items_.end(); }
+  /// Rate sets in list order; the list may change meanwhile, see `ListIterator`.
+  ListIterator<clsZelVatItem> begin() const;
+  /// The end of every list.
+  ListIterator<clsZelVatItem> end() const noexcept { return {}; }
 
   /// Number of rate sets.
   std::int32_t Count() const noexcept;
@@ -40,7 +45,7 @@ class clsZelVatList : public VnObject {
   bool AddItem(std::shared_ptr<clsZelVatItem> Item);
 
  private:
-  std::vector<std::shared_ptr<clsZelVatItem>> items_;
+  std::shared_ptr<internal::RateSets> sets_;
 };
 
 }  // namespace VnZEL10cmn

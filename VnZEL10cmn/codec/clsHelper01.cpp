@@ -5,7 +5,6 @@
 #include <limits>
 #include <optional>
 #include <span>
-#include <stdexcept>
 #include <type_traits>
 
 #include "VnZEL10cmn/codec/internal/Sha.h"
@@ -181,7 +180,7 @@ Refusal InvalidCharacter(std::string_view kind, std::size_t position, char16_t u
 /// Makes a result of `length` bytes, which are to be written; none is made anew where the array is long enough.
 std::span<std::uint8_t> MakeResult(ByteArray& result, std::size_t length) {
   if (length > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
-    throw std::overflow_error("array size overflow");  // GCOVR_EXCL_LINE: takes almost 3 GB of text
+    internal::ThrowOverflow();  // GCOVR_EXCL_LINE: takes almost 3 GB of text
   }
   const std::int32_t last = static_cast<std::int32_t>(length) - 1;
   if (result.LBound() == 0) {
@@ -231,10 +230,10 @@ std::optional<Refusal> DecodeBase64(const Units& text, const Replacements& repla
   std::uint8_t* const end = bytes.data() + bytes.size();
   const auto put = [&out, end](unsigned value) {
     if (value > 255) {
-      throw std::overflow_error("byte overflow");
+      internal::ThrowOverflow();
     }
     if (out == end) {
-      throw std::out_of_range("array index");
+      internal::ThrowOutOfRange();
     }
     *out++ = static_cast<std::uint8_t>(value);
   };
@@ -328,7 +327,7 @@ std::int32_t clsHelper01::BytesToLong(const ByteArray& Value, std::int32_t Start
   std::uint32_t result = 0;
   for (std::int32_t i = 0; i < count; ++i) {
     if (Start > std::numeric_limits<std::int32_t>::max() - i) {
-      throw std::out_of_range("array index");
+      internal::ThrowOutOfRange();
     }
     const std::uint32_t byte = Value[Start + i];
     result = BigEndian ? result << 8 | byte : result >> 8 | byte << 24;
@@ -355,7 +354,7 @@ std::string clsHelper01::BytesToPString(const ByteArray& Value, std::int32_t Sta
   std::string text;
   for (std::int64_t index = Start; index <= last; ++index) {
     if (index > std::numeric_limits<std::int32_t>::max()) {
-      throw std::out_of_range("array index");
+      internal::ThrowOutOfRange();
     }
     const std::uint8_t byte = Value[static_cast<std::int32_t>(index)];
     if (byte >= 32 && byte <= 126) {
@@ -380,7 +379,7 @@ std::int32_t clsHelper01::CurrencyToLong(Currency Value) {
     whole += adjusted.Scaled() < 0 ? -1 : 1;
   }
   if (whole < std::numeric_limits<std::int32_t>::min() || whole > std::numeric_limits<std::int32_t>::max()) {
-    throw std::overflow_error("integer overflow");
+    internal::ThrowOverflow();
   }
   return static_cast<std::int32_t>(whole);
 }
@@ -392,7 +391,7 @@ Currency clsHelper01::RoundCmrc(Currency Value, std::int32_t Digits) {
     const std::int64_t magnitude = (negative ? -Value : Value).Scaled();
     const auto factor = static_cast<std::int64_t>(internal::PowerOfTen(DecimalsOf(Digits)));
     if (magnitude > std::numeric_limits<std::int64_t>::max() / factor) {
-      throw std::overflow_error("currency overflow");
+      internal::ThrowOverflow();
     }
     const Currency sum = Currency::FromScaled(magnitude * factor) + Currency::FromScaled(5000);
     const Currency result = Currency::FromScaled(sum.Scaled() / 10000 * (10000 / factor));

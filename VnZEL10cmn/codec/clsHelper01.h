@@ -8,6 +8,7 @@
 #include "VnZEL10cmn/errors/VnObject.h"
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -16,7 +17,7 @@ namespace VnZEL10cmn {
 ///
 /// Operations that return a Boolean leave the reason of a failure in `ErrorObject`, and their `Result` as it
 /// was unless they say otherwise. Characters are counted in UTF-16 code units, positions from 1.
-class clsHelper01 : public VnObject {
+class VNZEL10CMN_API clsHelper01 : public VnObject {
  public:
   /// A helper without a log file.
   clsHelper01();

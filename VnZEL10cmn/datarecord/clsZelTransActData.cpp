@@ -5,6 +5,7 @@
 #include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/datarecord/internal/DataPrintEngine.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -341,11 +342,14 @@ bool clsZelTransActData::Clear() {
 }
 
 std::string clsZelTransActData::ToString() {
+  // The engine may let go of the record and of itself.
+  const internal::Lent self(*this);
   return RunFor<std::string>("ToString", [&] {
     if (!printEngine_) {
       printEngine_ = internal::CreateDefaultPrintEngine();
     }
-    return internal::RenderDataRecord(*printEngine_, *this, &ErrorObject());
+    const std::shared_ptr<clsZelItemPrint> engine = printEngine_;
+    return internal::RenderDataRecord(*engine, self.Get(), &ErrorObject());
   });
 }
 

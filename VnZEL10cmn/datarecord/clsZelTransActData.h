@@ -9,6 +9,7 @@
 #include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/datarecord/ZELDataSignTypes.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -17,7 +18,7 @@ class clsZelItemPrint;
 /// A signed data record: a free block of data that the device signs. Hand the data in as `BinaryData`, get
 /// the `Request`, hand the device's answer back as `Response`; then the record can be exported as XML,
 /// without the data itself.
-class clsZelTransActData : public DeviceDocument {
+class VNZEL10CMN_API clsZelTransActData : public DeviceDocument {
  public:
   /// A record without data, dated now, to be signed as data only, hashing with SHA-256.
   clsZelTransActData();

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
-#include <stdexcept>
 
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -171,8 +170,6 @@ Refusal InvalidBcdCharacter(std::string_view message, ZelTags tag, std::int32_t 
 }  // namespace
 
 std::string HexByte(std::uint8_t byte) { return "0x" + HexDigits(byte); }
-
-void ThrowPositionOverflow() { throw std::overflow_error("position overflow"); }
 
 Refusal TooShort(std::int32_t start, std::uint8_t tag, std::int64_t length, std::int32_t min) {
   Refusal refusal = LengthRefusal("Die Mindestlänge für dieses TAG wurde unterschritten", start, tag, length);

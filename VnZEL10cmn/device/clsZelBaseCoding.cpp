@@ -5,7 +5,6 @@
 #include <chrono>
 #include <new>
 #include <span>
-#include <stdexcept>
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
@@ -55,7 +54,7 @@ MaybeRefusal ReadInteger(const ByteArray& buffer, std::int32_t& start, std::int3
   }
   const auto value = internal::Value(buffer, start);
   if (value.empty()) {
-    throw std::out_of_range("array index");
+    internal::ThrowOutOfRange();
   }
   std::uint32_t number = 0;
   for (const std::uint8_t byte : value.first(std::min<std::size_t>(value.size(), 4))) {
@@ -225,10 +224,14 @@ bool clsZelBaseCoding::Test(Check&& check, std::string& message, ZELErrorCodes& 
     message = std::move(refusal->message);
     number = refusal->number;
   } catch (const std::bad_alloc&) {
-    clsVnError error;
-    FileOutOfMemory(error);
-    message = error.ErrorMsg();
-    number = static_cast<ZELErrorCodes>(error.ErrorNr());
+    constexpr auto outOfMemory = internal::RunTimeNumber::OutOfMemory;
+    number = static_cast<ZELErrorCodes>(outOfMemory);
+    message.clear();
+    try {
+      message = internal::RunTimeText(outOfMemory);
+    } catch (const std::bad_alloc&) {
+      // The number alone must do.
+    }
   }
   return false;
 }

@@ -12,6 +12,7 @@
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -24,15 +25,15 @@ namespace VnZEL10cmn {
 /// negative lower bound, 9203 `Start` outside the buffer, 9205 `Start` on the last byte, 9204 record beyond
 /// the end, 9207 length byte above 127, length outside the field's limits, or (typed readers) another tag
 /// than the field's. Writers share 9202, 9203, 9205, 9204 and 9207 for values above 127 bytes.
-class clsZelBaseCoding : public VnObject {
+class VNZEL10CMN_API clsZelBaseCoding : public VnObject {
  public:
   /// A coder without a log file.
   clsZelBaseCoding();
-  ~clsZelBaseCoding();
+  ~clsZelBaseCoding() override;
 
   using VnObject::LogHandler;
   /// Attaches a log file, or none, also to the coder's helper.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+  void LogHandler(std::shared_ptr<clsVnLogFile> Value) override;
 
   /// Whether a complete record can be read at `Start`: its value between `MinLen` and `MaxLen` bytes (-1: no
   /// limit), its tag `Tag` (none: any). A failure shows in `Message` and `VnErrNr` only, not in the error

@@ -2,10 +2,12 @@
 
 #include <string>
 
+#include "VnZEL10cmn/types/Export.h"
+
 namespace VnZEL10cmn {
 
 /// What a log file can write. A host may implement it for entries of its own.
-class IVnLogItem {
+class VNZEL10CMN_API IVnLogItem {
  public:
   virtual ~IVnLogItem() = default;
 

@@ -1,21 +1,13 @@
 #include "VnZEL10cmn/errors/VnObject.h"
 
-#include <new>
-#include <stdexcept>
-
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
+#include "VnZEL10cmn/errors/internal/CurrentFault.h"
 #include "VnZEL10cmn/errors/internal/Refusal.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
 
 namespace VnZEL10cmn {
 
-namespace {
-
-constexpr std::int32_t kOutOfMemory = 7;
-
-}  // namespace
-
-VnObject::VnObject(std::string_view className) noexcept : className_(className) {}
+VnObject::VnObject(const char* className) noexcept : className_(className) {}
 
 VnObject::~VnObject() = default;
 
@@ -41,6 +33,7 @@ bool VnObject::HasError() const noexcept { return error_ ? error_->HasError() : 
 std::string VnObject::IdentityForErrors() { return platform::CreateGuid(); }
 
 bool VnObject::Fail(ZELErrorCodes number, std::string_view message, std::string_view function) {
+  LogError();
   ErrorObject().SetError(static_cast<std::int32_t>(number), message, true, function);
   return false;
 }
@@ -50,14 +43,12 @@ bool VnObject::Fail(const internal::Refusal& refusal, std::string_view function)
 }
 
 bool VnObject::FailAs(clsVnError& inner, std::string_view message, std::string_view function) {
+  LogError();
   ErrorObject().SetError(inner.ErrorNr(), message, inner.IsUserDef(), function);
   return false;
 }
 
-void VnObject::FileOutOfMemory(clsVnError& error) noexcept {
-  // Short enough to stand in the text itself.
-  error.SetError(kOutOfMemory, std::bad_alloc().what());
-}
+void VnObject::FileOutOfMemory(clsVnError& error) noexcept { error.FileOutOfMemory(); }
 
 void VnObject::ClearErr() {
   unfiled_ = false;
@@ -66,41 +57,36 @@ void VnObject::ClearErr() {
   }
 }
 
-void VnObject::LogError() noexcept {
+void VnObject::WriteToLog() noexcept {
   if (!HasError()) {
     return;
   }
   try {
-    logHandler_->FileWriteEntry(ErrorObject());
+    clsVnError& error = ErrorObject();
+    if (logged_ != error.failures_) {
+      logged_ = error.failures_;
+      logHandler_->FileWriteEntry(error);
+    }
   } catch (...) {
     // A log that can't be written never disturbs the operation that wanted to log.
   }
 }
 
-void VnObject::FileFault(std::string_view operation, const std::exception_ptr& fault) noexcept {
-  const auto file = [this, operation](std::int32_t number, std::string_view message) {
-    ErrorObject().SetError(number, message, false, operation);
-  };
+void VnObject::FileFault(std::string_view operation) noexcept {
+  const internal::RunTimeNumber number = internal::CurrentFault();
+  LogError();
   try {
-    try {
-      std::rethrow_exception(fault);
-    } catch (const std::overflow_error& e) {
-      file(6, e.what());
-    } catch (const std::bad_alloc& e) {
-      file(kOutOfMemory, e.what());
-    } catch (const std::out_of_range& e) {
-      file(9, e.what());
-    } catch (const std::invalid_argument& e) {
-      file(13, e.what());
-    } catch (const std::exception& e) {
-      file(5, e.what());
-    } catch (...) {
-      file(5, "unknown fault");
+    if (number != internal::RunTimeNumber::OutOfMemory) {
+      ErrorObject().SetError(static_cast<std::int32_t>(number), internal::RunTimeText(number), false,
+                             operation);
+      return;
     }
+    ErrorObject().FileOutOfMemory();
+    error_->ErrorFunction(operation);
   } catch (...) {
     // No memory even for the error object: the error shows in it when there is some again.
     if (error_) {
-      FileOutOfMemory(*error_);
+      error_->FileOutOfMemory();
     } else {
       unfiled_ = true;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <exception>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,6 +8,7 @@
 
 #include "VnZEL10cmn/errors/ZELErrorCodes.h"
 #include "VnZEL10cmn/errors/clsVnError.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -20,13 +21,19 @@ struct Refusal;
 /// What every class of the library has in common: the error object, the log handler, and the course of a
 /// public operation. Operations never throw what went wrong inside them: they return False (or an empty
 /// text) and leave number, message and function in `ErrorObject`, and in the log file when one is attached.
-/// Memory that runs out shows as number 7, or in what the operation says of a part that failed. Constructors,
-/// properties and functions that just return a value have no failure to report: they throw std::bad_alloc, and
-/// what they would have changed stays as it was.
+///
+/// Faults that an operation did not foresee have run-time numbers and German texts: 5 "Ungültiger Prozeduraufruf oder
+/// ungültiges Argument", 6 "Überlauf", 7 "Nicht genügend Speicher", 9 "Index außerhalb des gültigen Bereichs", 13
+/// "Typen unverträglich", 91 "Objektvariable oder With-Blockvariable nicht festgelegt". Out of memory is number 7, or
+/// is reported as the failure of a part. Exceptions of a host's own classes are filed the same way. Constructors,
+/// properties and functions that just return a value have no failure to report: they throw, and what they would have
+/// changed stays as it was.
 ///
 /// Objects have identity: they are neither copied nor moved. One thread at a time uses an object; different
 /// objects may be used by different threads at once.
-class VnObject {
+///
+/// Hosts derive from published classes, not from this one: what is protected may change.
+class VNZEL10CMN_API VnObject {
  public:
   VnObject(const VnObject&) = delete;
   VnObject& operator=(const VnObject&) = delete;
@@ -35,19 +42,19 @@ class VnObject {
   clsVnError& ErrorObject();
 
   /// The log file to which failures are written; may be none.
-  std::shared_ptr<clsVnLogFile> LogHandler() const;
-  /// Attaches a log file, or none.
-  void LogHandler(std::shared_ptr<clsVnLogFile> Value);
+  virtual std::shared_ptr<clsVnLogFile> LogHandler() const;
+  /// Attaches a log file, or none, also to the objects that this one owns.
+  virtual void LogHandler(std::shared_ptr<clsVnLogFile> Value);
 
   /// Whether the last operation left an error.
   bool HasError() const noexcept;
 
  protected:
   /// Whether a failed operation writes its error to the log.
-  enum class Logging { Failures, Nothing };
+  enum class Logging : std::uint8_t { Failures, Nothing };
 
   /// `className` is a literal: the class's published name.
-  explicit VnObject(std::string_view className) noexcept;
+  explicit VnObject(const char* className) noexcept;
   virtual ~VnObject();
 
   /// The instance ID under which the object's errors are filed, asked for once; a new one unless a class
@@ -66,21 +73,20 @@ class VnObject {
   template <class Result, class Body>
   Result RunFor(std::string_view operation, Body&& body, Logging logging = Logging::Failures) {
     ClearErr();
-    ++depth_;
+    const Logging outer = std::exchange(logging_, logging);
     Result result{};
     try {
       result = std::forward<Body>(body)();
     } catch (...) {
-      FileFault(operation, std::current_exception());
+      FileFault(operation);
     }
-    // What an operation met while another one of the same object ran it is logged at that one's exit.
-    if (--depth_ == 0 && logging == Logging::Failures && logHandler_) {
-      LogError();
-    }
+    LogError();
+    logging_ = outer;
     return result;
   }
 
-  /// Files a failure that the library raises itself. Always False.
+  /// Files a failure that the library raises itself. Always False. A failure that is filed already is written to the
+  /// log before another one takes its place.
   bool Fail(ZELErrorCodes number, std::string_view message, std::string_view function);
 
   /// The same for a reason that was met further down.
@@ -96,19 +102,25 @@ class VnObject {
   /// Resets the failure part of the error object.
   void ClearErr();
 
- private:
-  /// Writes the error object to the log file, which there is, when an error is held; what fails there is
+  /// Writes the failure that is filed to the log file, if there is one and it wasn't written yet. What fails there is
   /// nobody's concern here.
-  void LogError() noexcept;
+  void LogError() noexcept {
+    if (logHandler_ && logging_ == Logging::Failures) {
+      WriteToLog();
+    }
+  }
 
-  void FileFault(std::string_view operation, const std::exception_ptr& fault) noexcept;
+ private:
+  void WriteToLog() noexcept;
+  void FileFault(std::string_view operation) noexcept;
 
-  std::string_view className_;
-  unsigned depth_ = 0;
-  bool unfiled_ = false;  ///< there was no memory for the error object in which a fault would have shown
+  const char* className_;
   // Most objects never fail and are never asked for their error object: it is made when first needed.
   std::unique_ptr<clsVnError> error_;
   std::shared_ptr<clsVnLogFile> logHandler_;
+  std::uint32_t logged_ = 0;  ///< which of the error object's failures was written to the log last
+  Logging logging_ = Logging::Failures;
+  bool unfiled_ = false;  ///< there was no memory for the error object in which a fault would have shown
 };
 
 }  // namespace VnZEL10cmn

@@ -5,6 +5,7 @@
 
 #include "VnZEL10cmn/errors/internal/LogEntry.h"
 #include "VnZEL10cmn/platform/internal/MessageBox.h"
+#include "VnZEL10cmn/types/RunTimeFaults.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn {
@@ -47,22 +48,28 @@ void clsVnError::ErrorNr(std::int32_t Value) {
   StampTime(Value != 0);
 }
 
-const std::string& clsVnError::ErrorMsg() const noexcept { return errorMsg_; }
+std::string clsVnError::ErrorMsg() const { return std::string(Message()); }
 
 void clsVnError::ErrorMsg(std::string_view Value) {
   errorMsg_ = internal::Trim(Value);
+  isOutOfMemory_ = false;
   StampTime(!errorMsg_.empty());
 }
 
-const std::string& clsVnError::ErrorSource() const noexcept { return errorSource_; }
+std::string_view clsVnError::Message() const noexcept {
+  return isOutOfMemory_ ? internal::RunTimeText(internal::RunTimeNumber::OutOfMemory)
+                        : std::string_view(errorMsg_);
+}
+
+std::string clsVnError::ErrorSource() const { return errorSource_; }
 
 void clsVnError::ErrorSource(std::string_view Value) { errorSource_ = internal::Trim(Value); }
 
-const std::string& clsVnError::ErrorFunction() const noexcept { return errorFunction_; }
+std::string clsVnError::ErrorFunction() const { return errorFunction_; }
 
 void clsVnError::ErrorFunction(std::string_view Value) { errorFunction_ = internal::Trim(Value); }
 
-const std::string& clsVnError::ErrorInstanceID() const noexcept { return errorInstanceId_; }
+std::string clsVnError::ErrorInstanceID() const { return errorInstanceId_; }
 
 void clsVnError::ErrorInstanceID(std::string_view Value) { errorInstanceId_ = internal::Trim(Value); }
 
@@ -72,7 +79,7 @@ void clsVnError::IsUserDef(bool Value) noexcept { isUserDef_ = Value; }
 
 Date clsVnError::ErrorTime() const noexcept { return errorTime_; }
 
-bool clsVnError::HasError() const noexcept { return !errorMsg_.empty() || errorNr_ != 0; }
+bool clsVnError::HasError() const noexcept { return !Message().empty() || errorNr_ != 0; }
 
 bool clsVnError::SetError(std::int32_t ErrNr, std::string_view ErrMsg, bool ErrUserDef,
                           std::string_view ErrFct, std::string_view ErrSrc, std::string_view ErrInstID) {
@@ -89,6 +96,14 @@ bool clsVnError::SetError(std::int32_t ErrNr, std::string_view ErrMsg, bool ErrU
   return true;
 }
 
+void clsVnError::FileOutOfMemory() noexcept {
+  ClearErr();
+  errorNr_ = static_cast<std::int32_t>(internal::RunTimeNumber::OutOfMemory);
+  isOutOfMemory_ = true;
+  isUserDef_ = false;
+  StampTime(true);
+}
+
 std::string clsVnError::GetSource() const { return std::string(internal::kNoSource); }
 
 void clsVnError::Clear() {
@@ -101,6 +116,7 @@ void clsVnError::Clear() {
 void clsVnError::ClearErr() {
   errorNr_ = 0;
   errorMsg_.clear();
+  isOutOfMemory_ = false;
   errorFunction_.clear();
   errorTime_ = NoTime;
 }
@@ -113,7 +129,7 @@ std::string clsVnError::GetLogEntry() {
                  LogLine("Nummer ", Compose(errorNr_, " - Hex: ", HexOf(errorNr_))),
                  LogLine("Benutzerdef. ", YesNo(isUserDef_)), LogLine("Quelle ", errorSource_),
                  LogLine("Funktion ", NameOrNone(errorFunction_)), LogLine("Instanz ", errorInstanceId_),
-                 internal::LogMessageLines(errorMsg_, kSplitFailed), kCrLf, kCrLf);
+                 internal::LogMessageLines(Message(), kSplitFailed), kCrLf, kCrLf);
 }
 
 std::int32_t clsVnError::ShowMsgBox(std::int32_t Buttons) {
@@ -122,14 +138,19 @@ std::int32_t clsVnError::ShowMsgBox(std::int32_t Buttons) {
   }
   const std::string text = BoxText();
   const std::string title = Compose("Verarbeitungsfehler [", errorNr_, "]");
-  return msgBox_ ? (*msgBox_)(text, Buttons, title) : platform::ShowMessageBox(text, Buttons, title);
+  // The host's box may put another one in its place while it is shown.
+  const std::shared_ptr<MsgBoxFunction> box = msgBox_;
+  return box ? (*box)(text, Buttons, title) : platform::ShowMessageBox(text, Buttons, title);
 }
 
 void clsVnError::MsgBox(MsgBoxFunction Box) {
-  msgBox_ = Box ? std::make_unique<MsgBoxFunction>(std::move(Box)) : nullptr;
+  msgBox_ = Box ? std::make_shared<MsgBoxFunction>(std::move(Box)) : nullptr;
 }
 
-void clsVnError::StampTime(bool set) { errorTime_ = set ? Date::Now() : NoTime; }
+void clsVnError::StampTime(bool set) {
+  failures_ += set ? 1 : 0;
+  errorTime_ = set ? Date::Now() : NoTime;
+}
 
 std::string clsVnError::BoxText() const {
   std::string text =
@@ -138,7 +159,7 @@ std::string clsVnError::BoxText() const {
               errorInstanceId_, kCrLf, kCrLf, "Meldung: \t\t");
   std::vector<std::string> lines;
   try {
-    lines = internal::SplitLines(errorMsg_);
+    lines = internal::SplitLines(Message());
   } catch (...) {
     return text.append(kSplitFailed).append(kCrLf);
   }

@@ -8,13 +8,14 @@
 
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// The error object: number, message, function, source and instance of the last failure of its owner. Every
 /// object of the library owns one for life and hands it out as `ErrorObject`. Texts are stored trimmed of
 /// leading and trailing blanks.
-class clsVnError final : public IVnLogItem {
+class VNZEL10CMN_API clsVnError final : public IVnLogItem {
  public:
   /// Shows a message box: text, style flags, title; returns the code of the button pressed.
   using MsgBoxFunction =
@@ -34,22 +35,22 @@ class clsVnError final : public IVnLogItem {
   void ErrorNr(std::int32_t Value);
 
   /// The message; its lines are separated by CR LF.
-  const std::string& ErrorMsg() const noexcept;
+  std::string ErrorMsg() const;
   /// Sets the message; `ErrorTime` becomes the present time, or NoTime for an empty text.
   void ErrorMsg(std::string_view Value);
 
   /// The owner: library name, ".", class name.
-  const std::string& ErrorSource() const noexcept;
+  std::string ErrorSource() const;
   /// Sets the owner's name.
   void ErrorSource(std::string_view Value);
 
   /// The operation that failed, as its owner names it.
-  const std::string& ErrorFunction() const noexcept;
+  std::string ErrorFunction() const;
   /// Sets the operation's name.
   void ErrorFunction(std::string_view Value);
 
   /// The owner's instance ID, 36 characters.
-  const std::string& ErrorInstanceID() const noexcept;
+  std::string ErrorInstanceID() const;
   /// Sets the instance ID.
   void ErrorInstanceID(std::string_view Value);
 
@@ -91,17 +92,24 @@ class clsVnError final : public IVnLogItem {
   void MsgBox(MsgBoxFunction Box);
 
  private:
+  friend class VnObject;
+
+  /// Files number 7 without taking any memory.
+  void FileOutOfMemory() noexcept;
+  std::string_view Message() const noexcept;
   void StampTime(bool set);
   std::string BoxText() const;
 
   std::int32_t errorNr_ = 0;
+  std::uint32_t failures_ = 0;  ///< counts what was filed, so that nothing is logged twice
   bool isUserDef_ = false;
+  bool isOutOfMemory_ = false;  ///< the message is that of number 7, for which there may be no memory
   Date errorTime_ = NoTime;
   std::string errorMsg_;
   std::string errorSource_;
   std::string errorFunction_;
   std::string errorInstanceId_;
-  std::unique_ptr<MsgBoxFunction> msgBox_;
+  std::shared_ptr<MsgBoxFunction> msgBox_;
 };
 
 }  // namespace VnZEL10cmn

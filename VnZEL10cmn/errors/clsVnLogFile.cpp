@@ -97,7 +97,11 @@ bool clsVnLogFile::FileClose() {
   });
 }
 
-bool clsVnLogFile::FileWriteEntry(const std::shared_ptr<IVnLogItem>& Item) { return Write(Item.get()); }
+bool clsVnLogFile::FileWriteEntry(const std::shared_ptr<IVnLogItem>& Item) {
+  // The item may take itself out of the variable that is handed in here.
+  const std::shared_ptr<IVnLogItem> kept = Item;
+  return Write(kept.get());
+}
 
 bool clsVnLogFile::FileWriteEntry(IVnLogItem& Item) { return Write(&Item); }
 
@@ -117,12 +121,19 @@ bool clsVnLogFile::Write(IVnLogItem* item) {
         (!writeEntries_ && dynamic_cast<clsVnLogItem*>(item) != nullptr)) {
       return true;
     }
-    if (!FileIsOpen()) {
+    const auto failClosed = [&] {
       return fail(ZELErrorCodes::Err_Log_FileNotOpen, "Es ist keine Datei geöffnet.");
+    };
+    if (!FileIsOpen()) {
+      return failClosed();
     }
     const std::string entry = item->GetLogEntry();
     if (entry.empty()) {
       return fail(ZELErrorCodes::Err_Log_NoObjData, "Das Eintragsobjekt lieferte keine Daten.");
+    }
+    // A host's item may have closed the file meanwhile.
+    if (!FileIsOpen()) {
+      return failClosed();
     }
     const std::string bytes = internal::ToCodePage1252(entry).append(kCrLf);
     const auto size = static_cast<std::streamsize>(bytes.size());

@@ -10,20 +10,20 @@ using internal::LogLine;
 
 clsVnLogItem::clsVnLogItem() = default;
 
-const std::string& clsVnLogItem::Message() const noexcept { return message_; }
+std::string clsVnLogItem::Message() const { return message_; }
 
 void clsVnLogItem::Message(std::string_view Value) {
   message_ = internal::Trim(Value);
   messageTime_ = message_.empty() ? NoTime : Date::Now();
 }
 
-const std::string& clsVnLogItem::Source() const noexcept { return source_; }
+std::string clsVnLogItem::Source() const { return source_; }
 
 void clsVnLogItem::Source(std::string_view Value) { source_ = internal::Trim(Value); }
 
 Date clsVnLogItem::MessageTime() const noexcept { return messageTime_; }
 
-const std::string& clsVnLogItem::InstanceID() const noexcept { return instanceId_; }
+std::string clsVnLogItem::InstanceID() const { return instanceId_; }
 
 void clsVnLogItem::InstanceID(std::string_view Value) { instanceId_ = internal::Trim(Value); }
 

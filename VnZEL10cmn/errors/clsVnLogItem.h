@@ -5,11 +5,12 @@
 
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// A message, not an error, for the log file. Texts are stored trimmed of leading and trailing blanks.
-class clsVnLogItem final : public IVnLogItem {
+class VNZEL10CMN_API clsVnLogItem final : public IVnLogItem {
  public:
   /// An empty message.
   clsVnLogItem();
@@ -17,12 +18,12 @@ class clsVnLogItem final : public IVnLogItem {
   clsVnLogItem& operator=(const clsVnLogItem&) = delete;
 
   /// The text.
-  const std::string& Message() const noexcept;
+  std::string Message() const;
   /// Sets the text; `MessageTime` becomes the present time, or NoTime for an empty text.
   void Message(std::string_view Value);
 
   /// The object that the message comes from.
-  const std::string& Source() const noexcept;
+  std::string Source() const;
   /// Sets the source.
   void Source(std::string_view Value);
 
@@ -30,7 +31,7 @@ class clsVnLogItem final : public IVnLogItem {
   Date MessageTime() const noexcept;
 
   /// Instance ID of the object that the message comes from.
-  const std::string& InstanceID() const noexcept;
+  std::string InstanceID() const;
   /// Sets the instance ID.
   void InstanceID(std::string_view Value);
 

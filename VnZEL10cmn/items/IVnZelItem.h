@@ -6,11 +6,12 @@
 
 #include "VnZEL10cmn/errors/VnObject.h"
 #include "VnZEL10cmn/types/ByteArray.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// A booking item as lists, bookings, reports and print engines see it. A host may bring its own classes.
-class IVnZelItem {
+class VNZEL10CMN_API IVnZelItem {
  public:
   virtual ~IVnZelItem() = default;
 

@@ -9,8 +9,10 @@
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
 #include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/items/internal/ItemForm.h"
+#include "VnZEL10cmn/items/internal/VatClass.h"
 #include "VnZEL10cmn/platform/internal/Guid.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 #include "VnZEL10cmn/types/internal/Format.h"
@@ -103,6 +105,8 @@ clsVnError& clsZelItemCash::ErrorObject() { return VnObject::ErrorObject(); }
 
 std::shared_ptr<clsVnLogFile> clsZelItemCash::LogHandler() { return VnObject::LogHandler(); }
 
+std::shared_ptr<clsVnLogFile> clsZelItemCash::LogHandler() const { return VnObject::LogHandler(); }
+
 void clsZelItemCash::LogHandler(std::shared_ptr<clsVnLogFile> Value) {
   VnObject::LogHandler(std::move(Value));
 }
@@ -169,12 +173,10 @@ void clsZelItemCash::Price(std::int32_t Index, Currency Value) noexcept {
   }
 }
 
-Currency clsZelItemCash::Price2(ZELVatClasses VatClass) const {
-  return prices_.at(static_cast<std::size_t>(VatClass));
-}
+Currency clsZelItemCash::Price2(ZELVatClasses VatClass) const { return internal::OfClass(prices_, VatClass); }
 
 void clsZelItemCash::Price2(ZELVatClasses VatClass, Currency Value) {
-  prices_.at(static_cast<std::size_t>(VatClass)) = Value;
+  internal::OfClass(prices_, VatClass) = Value;
 }
 
 void clsZelItemCash::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) { printEngine_ = std::move(Value); }
@@ -389,11 +391,14 @@ bool clsZelItemCash::GetPrices(CurrencyArray& Prices, bool& IsThrdPrt) {
 }
 
 std::string clsZelItemCash::ToString() {
+  // The engine may let go of the item and of itself.
+  const internal::Lent self(*this);
   return RunFor<std::string>("ToString", [&] {
     if (!printEngine_) {
       printEngine_ = internal::CreateDefaultPrintEngine();
     }
-    return internal::RenderItem(*printEngine_, *this, &ErrorObject());
+    const std::shared_ptr<clsZelItemPrint> engine = printEngine_;
+    return internal::RenderItem(*engine, self.Get(), &ErrorObject());
   });
 }
 

@@ -10,6 +10,7 @@
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -17,7 +18,9 @@ class clsZelItemPrint;
 
 /// A line of a sale: quantity, unit, name, three flags and up to six prices, one per VAT class. A price is
 /// that of the whole line. Fields are not written while the item can't be edited, prices are.
-class clsZelItemCash : public VnObject, public IVnZelItem {
+class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
+                                      public std::enable_shared_from_this<clsZelItemCash>,
+                                      public VnObject {
  public:
   /// Quantity 1, everything else empty.
   clsZelItemCash();
@@ -29,6 +32,8 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   clsVnError& ErrorObject() override;
   /// The log file attached, maybe none.
   std::shared_ptr<clsVnLogFile> LogHandler() override;
+  /// The same for an item that is not to be changed.
+  std::shared_ptr<clsVnLogFile> LogHandler() const override;
   /// Attaches a log file, or none.
   void LogHandler(std::shared_ptr<clsVnLogFile> Value) override;
   /// Whether the error object holds an error.

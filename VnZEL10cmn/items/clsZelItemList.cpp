@@ -1,9 +1,7 @@
 #include "VnZEL10cmn/items/clsZelItemList.h"
 
-#include <algorithm>
 #include <limits>
 #include <span>
-#include <stdexcept>
 #include <utility>
 
 #include "VnZEL10cmn/codec/internal/Sha.h"
@@ -14,6 +12,7 @@
 #include "VnZEL10cmn/errors/clsVnLogItem.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
+#include "VnZEL10cmn/items/internal/ItemStore.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn {
@@ -26,27 +25,34 @@ namespace {
 constexpr std::int64_t kReservePerItem = 128;
 constexpr std::int32_t kHashGroup = 5;
 
+constexpr std::string_view kBinaryDataGet = "BinaryDataGet";
 constexpr std::string_view kInstanceLine = "\r\n    Instanz-ID ..........: ";
 constexpr std::string_view kItemNotAdded = "Ein Buchungsposten konnte nicht übernommen werden";
 
 }  // namespace
 
-clsZelItemList::clsZelItemList() : VnObject("clsZelItemList") {}
+clsZelItemList::clsZelItemList()
+    : SharedObject("clsZelItemList"), items_(std::make_shared<internal::ItemStore>()) {}
 
-clsZelItemList::~clsZelItemList() = default;
+clsZelItemList::~clsZelItemList() {
+  // An iterator that is still there comes to its end.
+  items_->Clear();
+}
+
+ListIterator<IVnZelItem> clsZelItemList::begin() const { return items_->begin(); }
 
 const std::string& clsZelItemList::ZelProfile() const noexcept { return profile_; }
 
 void clsZelItemList::ZelProfile(std::string_view Value) { profile_ = internal::Trim(Value); }
 
-std::int32_t clsZelItemList::ItemCount() const noexcept { return static_cast<std::int32_t>(items_.Count()); }
+std::int32_t clsZelItemList::ItemCount() const noexcept { return static_cast<std::int32_t>(items_->Count()); }
 
 std::shared_ptr<IVnZelItem> clsZelItemList::ItemI(std::int32_t Index) const {
-  return Index >= 1 && Index <= ItemCount() ? items_.At(static_cast<std::size_t>(Index - 1)) : nullptr;
+  return Index >= 1 && Index <= ItemCount() ? items_->At(static_cast<std::size_t>(Index - 1)) : nullptr;
 }
 
 std::shared_ptr<IVnZelItem> clsZelItemList::ItemK(std::string_view InstanceID) const {
-  return items_.Find(InstanceID);
+  return items_->Find(InstanceID);
 }
 
 void clsZelItemList::PrintEngine(std::shared_ptr<clsZelItemPrint> Value) {
@@ -64,7 +70,7 @@ bool clsZelItemList::GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::s
   return Run(operation, [&] {
     ByteArray data;
     std::int32_t length = 0;
-    if (!Serialise(data, length, operation)) {
+    if (!BinaryDataGet(data, length)) {
       return false;
     }
     const std::span<const std::uint8_t> bytes(data.data(), static_cast<std::size_t>(length));
@@ -84,7 +90,7 @@ bool clsZelItemList::AddItem(std::shared_ptr<IVnZelItem> Item) {
   constexpr std::string_view operation = "AddItem";
   return Run(operation, [&] {
     if (!Item) {
-      throw std::logic_error("no item");
+      internal::ThrowObjectNotSet();
     }
     return Append(Item) || Fail(ZELErrorCodes::Err_Ser_ItemNotAdded,
                                 Compose(kItemNotAdded, kInstanceLine, Item->InstanceID()), operation);
@@ -93,7 +99,7 @@ bool clsZelItemList::AddItem(std::shared_ptr<IVnZelItem> Item) {
 
 bool clsZelItemList::Append(const std::shared_ptr<IVnZelItem>& item) {
   item->LogHandler(LogHandler());
-  return items_.Append(item);
+  return items_->Append(item);
 }
 
 bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::string_view ID,
@@ -104,67 +110,75 @@ bool clsZelItemList::RemoveItem(const std::shared_ptr<IVnZelItem>& Item, std::st
       return true;
     }
     if (Item) {
-      items_.Remove(Item);
+      items_->Remove(Item);
     } else if (!ID.empty()) {
-      items_.Remove(ID);
+      items_->Remove(ID);
     } else if (Index > ItemCount()) {
-      throw std::out_of_range("item index");
+      internal::ThrowOutOfRange();
     } else {
-      items_.RemoveAt(static_cast<std::size_t>(Index - 1));
+      items_->RemoveAt(static_cast<std::size_t>(Index - 1));
     }
     return true;
   });
 }
 
 bool clsZelItemList::BinaryDataGet(ByteArray& Data, std::int32_t& Start) {
-  constexpr std::string_view operation = "BinaryDataGet";
   return Run(
-      operation, [&] { return Serialise(Data, Start, operation); }, Logging::Nothing);
+      kBinaryDataGet, [&] { return Serialise(Data, Start); }, Logging::Nothing);
 }
 
-bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start, std::string_view operation) {
+bool clsZelItemList::Serialise(ByteArray& data, std::int32_t& start) {
   if (ItemCount() == 0) {
     LogEmptyNotice();
     return true;
   }
   const std::int64_t reserved = start + kReservePerItem * ItemCount() - 1;
   if (reserved > std::numeric_limits<std::int32_t>::max()) {
-    throw std::overflow_error("array size overflow");
+    internal::ThrowOverflow();
   }
   if (reserved > data.UBound()) {
     data.RedimPreserve(static_cast<std::int32_t>(reserved));
   }
-  std::size_t number = 0;
-  if (items_.HasCashItemsOnly()) {
-    for (const std::shared_ptr<IVnZelItem>& item : items_) {
-      if (!SerialiseItem(*item, ++number, data, start, operation)) {
-        return false;
-      }
-    }
-    return true;
+  if (!items_->HasCashItemsOnly()) {
+    return SerialiseHostItems(data, start);
   }
-  // By position, holding the item: a host's item may change the list while it is asked.
-  while (number < items_.Count()) {
-    const std::shared_ptr<IVnZelItem> item = items_.At(number);
-    if (!SerialiseItem(*item, ++number, data, start, operation)) {
-      return false;
+  std::size_t number = 0;
+  for (const std::shared_ptr<IVnZelItem>& item : items_->Slots()) {
+    if (item) {
+      ++number;
+      if (!item->BinaryDataGet(data, start)) {
+        return FailItem(*item, number, start);
+      }
     }
   }
   return true;
 }
 
-bool clsZelItemList::SerialiseItem(IVnZelItem& item, std::size_t number, ByteArray& data, std::int32_t& start,
-                                   std::string_view operation) {
-  const std::int32_t itemStart = start;
-  // A host's item that leaves the array, or takes back what others wrote, has failed whatever it says.
-  if (!item.BinaryDataGet(data, start) || start < itemStart || start > std::int64_t{data.UBound()} + 1) {
-    return Fail(
-        ZELErrorCodes::Err_Ser_Failed,
-        Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", number,
-                " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine, item.InstanceID()),
-        operation);
+bool clsZelItemList::SerialiseHostItems(ByteArray& data, std::int32_t& start) {
+  const std::uint64_t changes = items_->Changes();
+  const std::int32_t lower = data.LBound();
+  std::size_t number = 0;
+  for (const std::shared_ptr<IVnZelItem>& item : *this) {
+    ++number;
+    const std::int32_t itemStart = start;
+    const bool isWritten = item->BinaryDataGet(data, start);
+    // An item that moves or leaves the array, takes back what others wrote, or changes the list has failed whatever it
+    // says: the bytes would not be those of the list.
+    const bool isWithin =
+        data.LBound() == lower && start >= itemStart && start <= std::int64_t{data.UBound()} + 1;
+    if (!isWritten || !isWithin || items_->Changes() != changes) {
+      return FailItem(*item, number, start);
+    }
   }
   return true;
+}
+
+bool clsZelItemList::FailItem(IVnZelItem& item, std::size_t number, std::int32_t start) {
+  return Fail(
+      ZELErrorCodes::Err_Ser_Failed,
+      Compose("Das Serialisieren von Daten ist fehlgeschlagen.", "\r\n    Posten-Index ........: ", number,
+              " (1-basisiert)", "\r\n    Startpos ............: ", start, kInstanceLine, item.InstanceID()),
+      kBinaryDataGet);
 }
 
 void clsZelItemList::LogEmptyNotice() noexcept {
@@ -199,6 +213,8 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
                 operation);
   }
   Clear();
+  // The factory that is set now makes all items, whatever becomes of it meanwhile.
+  const std::shared_ptr<clsZelListItemFact> factory = itemFactory_;
   for (std::int32_t number = 1; start < end; ++number) {
     const std::int32_t itemStart = start;
     const auto fail = [&](ZELErrorCodes code, std::string_view message) {
@@ -208,20 +224,21 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
                           internal::HexDigits(data[itemStart + 1]), "\r\n    lfd. Postennr. ..: ", number),
                   operation);
     };
+    const bool hadError = factory && factory->HasError();
     const std::shared_ptr<IVnZelItem> item =
-        itemFactory_ ? itemFactory_->CreateNewItem() : std::make_shared<clsZelItemCash>();
-    if (!item && itemFactory_->HasError()) {
-      clsVnError& inner = itemFactory_->ErrorObject();
+        factory ? factory->CreateNewItem() : std::make_shared<clsZelItemCash>();
+    if (!item && !hadError && factory->HasError()) {
+      clsVnError& inner = factory->ErrorObject();
       return FailAs(inner, inner.ErrorMsg(), "BinaryDataSet.[CreateNewItem]");
     }
     if (!item) {
-      throw std::logic_error("no item");
+      internal::ThrowObjectNotSet();
     }
-    if (const auto log = LogHandler(); log || itemFactory_) {
+    if (const auto log = LogHandler(); log || factory) {
       item->LogHandler(log);
     }
     // An item class that reads nothing would be asked for ever.
-    if (!item->BinaryDataSet(data, start) || start <= itemStart) {
+    if (!item->BinaryDataSet(data, start) || start <= itemStart || start > std::int64_t{data.UBound()} + 1) {
       return fail(ZELErrorCodes::Err_Ser_CodingError, "Ein Buchungsposten konnte nicht dekodiert werden");
     }
     if (!Append(item)) {
@@ -233,7 +250,7 @@ bool clsZelItemList::Deserialise(const ByteArray& data, std::int32_t& start, std
 
 bool clsZelItemList::Clear() {
   return Run("Clear", [&] {
-    items_.Clear();
+    items_->Clear();
     return true;
   });
 }
@@ -243,16 +260,13 @@ std::string clsZelItemList::ToString() {
     if (usesDefaultEngine_ && !printEngine_) {
       printEngine_ = internal::CreateDefaultPrintEngine();
     }
+    const std::shared_ptr<clsZelItemPrint> engine = printEngine_;
     std::string text;
-    for (std::int32_t number = 1; number <= ItemCount(); ++number) {
-      const std::shared_ptr<IVnZelItem> item = ItemI(number);
-      const std::string line =
-          printEngine_ ? internal::RenderItem(*printEngine_, *item, &ErrorObject()) : item->ToString();
-      if (!printEngine_ && line.empty() && item->HasError()) {
-        clsVnError& inner = item->ErrorObject();
-        FailAs(inner, inner.ErrorMsg(), "ToString.[ToString]");
-      }
-      text.append(line).append(kCrLf);
+    clsVnError later;
+    for (const std::shared_ptr<IVnZelItem>& item : *this) {
+      // The first failure stays; an engine clears the error object that it is given.
+      clsVnError& errors = HasError() ? later : ErrorObject();
+      text.append(engine ? internal::RenderItem(*engine, item, &errors) : item->ToString()).append(kCrLf);
     }
     if (text.ends_with(kCrLf)) {
       text.resize(text.size() - kCrLf.size());

@@ -5,26 +5,32 @@
 #include <string>
 #include <string_view>
 
+#include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/items/IVnZelItem.h"
-#include "VnZEL10cmn/items/ItemStore.h"
 #include "VnZEL10cmn/items/clsZelListItemFact.h"
+#include "VnZEL10cmn/types/Export.h"
+#include "VnZEL10cmn/types/ListIterator.h"
 
 namespace VnZEL10cmn {
 
 class clsZelItemPrint;
 
+namespace internal {
+class ItemStore;
+}
+
 /// The ordered items of a booking or report, by position (from 1) and by instance ID, which is unique in a
 /// list. Items are shared: one added to two lists is the same object in both.
-class clsZelItemList : public VnObject {
+class VNZEL10CMN_API clsZelItemList : public SharedObject<clsZelItemList> {
  public:
   /// An empty list with the profile "kasse".
   clsZelItemList();
-  ~clsZelItemList();
+  ~clsZelItemList() override;
 
-  /// Items in list order.
-  auto begin() const noexcept { return items_.begin(); }
-  /// Items in list order.
-  auto end() const noexcept { return items_.end(); }
+  /// Items in list order; the list may change meanwhile, see `ListIterator`.
+  ListIterator<IVnZelItem> begin() const;
+  /// The end of every list.
+  ListIterator<IVnZelItem> end() const noexcept { return {}; }
 
   /// The device profile.
   const std::string& ZelProfile() const noexcept;
@@ -80,14 +86,14 @@ class clsZelItemList : public VnObject {
  private:
   friend struct ItemListAccess;
 
-  bool Serialise(ByteArray& data, std::int32_t& start, std::string_view operation);
-  bool SerialiseItem(IVnZelItem& item, std::size_t number, ByteArray& data, std::int32_t& start,
-                     std::string_view operation);
+  bool Serialise(ByteArray& data, std::int32_t& start);
+  bool SerialiseHostItems(ByteArray& data, std::int32_t& start);
+  bool FailItem(IVnZelItem& item, std::size_t number, std::int32_t start);
   bool Deserialise(const ByteArray& data, std::int32_t& start, std::int32_t dataLen);
   bool Append(const std::shared_ptr<IVnZelItem>& item);
   void LogEmptyNotice() noexcept;
 
-  ItemStore items_;
+  std::shared_ptr<internal::ItemStore> items_;
   std::string profile_ = "kasse";
   bool usesDefaultEngine_ = true;
   std::shared_ptr<clsZelItemPrint> printEngine_;

@@ -2,7 +2,7 @@
 
 namespace VnZEL10cmn {
 
-Renderer::Renderer(std::string_view className) : VnObject(className) {}
+Renderer::Renderer(const char* className) : VnObject(className) {}
 
 Renderer::~Renderer() = default;
 

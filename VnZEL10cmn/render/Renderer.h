@@ -5,19 +5,25 @@
 #include <utility>
 
 #include "VnZEL10cmn/errors/VnObject.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
-/// What print engines have in common: a failure goes to the error object handed in, if any.
-class Renderer : public VnObject {
+/// What print engines have in common: a failure goes to the error object handed in, if any, which is clear after a
+/// rendering that succeeded. Not for hosts.
+class VNZEL10CMN_API Renderer : public VnObject {
  protected:
   /// `className` is a literal: the class's published name.
-  explicit Renderer(std::string_view className);
+  explicit Renderer(const char* className);
   ~Renderer() override;
 
   /// Runs a rendering and hands its failure, if any, to the error object given.
   template <class Body>
   std::string Render(std::string_view operation, clsVnError* errObj, Body&& body) {
+    // The error object may be that of the object that is rendered: what it tells is of this rendering.
+    if (errObj != nullptr) {
+      errObj->ClearErr();
+    }
     std::string text = RunFor<std::string>(operation, std::forward<Body>(body));
     if (errObj != nullptr && HasError()) {
       HandOver(*errObj);

@@ -1,14 +1,13 @@
 #include "VnZEL10cmn/render/clsZelItemPrint.h"
 
-#include <stdexcept>
 #include <typeinfo>
 #include <utility>
 
 #include "VnZEL10cmn/datarecord/internal/DataPrintEngine.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/platform/internal/ClassName.h"
-#include "VnZEL10cmn/render/internal/Borrowed.h"
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -134,7 +133,7 @@ std::string clsZelItemPrint::ToStringCI(std::shared_ptr<IVnZelItem> Item, clsVnE
   constexpr std::string_view operation = "ToStringCI";
   return Render(operation, ErrObj, [&]() -> std::string {
     if (!Item) {
-      throw std::logic_error("no item");
+      internal::ThrowObjectNotSet();
     }
     const auto* const cashItem = dynamic_cast<const clsZelItemCash*>(Item.get());
     if (cashItem == nullptr) {
@@ -148,14 +147,16 @@ std::string clsZelItemPrint::ToStringCI(std::shared_ptr<IVnZelItem> Item, clsVnE
 }
 
 std::string clsZelItemPrint::ToStringCI(IVnZelItem& Item, clsVnError* ErrObj) {
-  return ToStringCI(internal::Borrowed(Item), ErrObj);
+  auto* const cash = dynamic_cast<clsZelItemCash*>(&Item);
+  const internal::Lent<IVnZelItem> lent(Item, cash == nullptr ? nullptr : internal::OwnerOf(*cash));
+  return ToStringCI(lent.Get(), ErrObj);
 }
 
 std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem, clsVnError* ErrObj) {
   constexpr std::string_view operation = "ToStringBI";
   return Render(operation, ErrObj, [&]() -> std::string {
     if (!BookItem) {
-      throw std::logic_error("no booking");
+      internal::ThrowObjectNotSet();
     }
     clsZelTransAct& booking = *BookItem;
     const RegionalSettings settings = internal::CurrentRegionalSettings();
@@ -172,9 +173,8 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
       text.append(kCrLf);
     }
     Currency total;
-    CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
-    for (std::int32_t number = 1; number <= booking.ItemCount(); ++number) {
-      const std::shared_ptr<IVnZelItem> item = booking.ItemI(number);
+    for (const std::shared_ptr<IVnZelItem>& item : booking) {
+      CurrencyArray prices = CurrencyArray::WithBounds(0, 5);
       // The item may render itself with this very engine, which clears the error: nothing is filed before.
       const std::string line = item->ToString();
       text.append(Indented(line));
@@ -203,14 +203,15 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
 }
 
 std::string clsZelItemPrint::ToStringBI(clsZelTransAct& BookItem, clsVnError* ErrObj) {
-  return ToStringBI(internal::Borrowed(BookItem), ErrObj);
+  const internal::Lent lent(BookItem);
+  return ToStringBI(lent.Get(), ErrObj);
 }
 
 std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> BookItem,
                                             clsVnError* ErrObj) {
   return Render("ToStringTRdata", ErrObj, [&]() -> std::string {
     if (!BookItem) {
-      throw std::logic_error("no data record");
+      internal::ThrowObjectNotSet();
     }
     const bool isAnswered = !BookItem->ZelRespData().empty();
     const std::string hash = BookItem->GetDataHash(ZELHashFmt::Base32, isAnswered, kHashGroup);
@@ -222,23 +223,26 @@ std::string clsZelItemPrint::ToStringTRdata(std::shared_ptr<clsZelTransActData> 
 }
 
 std::string clsZelItemPrint::ToStringTRdata(clsZelTransActData& BookItem, clsVnError* ErrObj) {
-  return ToStringTRdata(internal::Borrowed(BookItem), ErrObj);
+  const internal::Lent lent(BookItem);
+  return ToStringTRdata(lent.Get(), ErrObj);
 }
 
 namespace internal {
 
 std::shared_ptr<clsZelItemPrint> CreateDefaultPrintEngine() { return std::make_shared<clsZelItemPrint>(); }
 
-std::string RenderItem(clsZelItemPrint& engine, IVnZelItem& item, clsVnError* errors) {
-  return engine.ToStringCI(Borrowed(item), errors);
+std::string RenderItem(clsZelItemPrint& engine, const std::shared_ptr<IVnZelItem>& item, clsVnError* errors) {
+  return engine.ToStringCI(item, errors);
 }
 
-std::string RenderBooking(clsZelItemPrint& engine, clsZelTransAct& booking, clsVnError* errors) {
-  return engine.ToStringBI(Borrowed(booking), errors);
+std::string RenderBooking(clsZelItemPrint& engine, const std::shared_ptr<clsZelTransAct>& booking,
+                          clsVnError* errors) {
+  return engine.ToStringBI(booking, errors);
 }
 
-std::string RenderDataRecord(clsZelItemPrint& engine, clsZelTransActData& record, clsVnError* errors) {
-  return engine.ToStringTRdata(Borrowed(record), errors);
+std::string RenderDataRecord(clsZelItemPrint& engine, const std::shared_ptr<clsZelTransActData>& record,
+                             clsVnError* errors) {
+  return engine.ToStringTRdata(record, errors);
 }
 
 }  // namespace internal

@@ -7,6 +7,7 @@
 #include "VnZEL10cmn/datarecord/clsZelTransActData.h"
 #include "VnZEL10cmn/items/IVnZelItem.h"
 #include "VnZEL10cmn/render/Renderer.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -14,7 +15,7 @@ namespace VnZEL10cmn {
 /// dates with the host's regional characters. A host with a layout of its own derives from it.
 ///
 /// A failure goes to the error object handed in, if any; the result is then empty.
-class clsZelItemPrint : public Renderer {
+class VNZEL10CMN_API clsZelItemPrint : public Renderer {
  public:
   /// The standard layout.
   clsZelItemPrint();

@@ -1,11 +1,10 @@
 #include "VnZEL10cmn/render/clsZelRprtPrint.h"
 
 #include <array>
-#include <stdexcept>
 #include <string_view>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
-#include "VnZEL10cmn/render/internal/Borrowed.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/report/internal/DefaultReportEngine.h"
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -77,7 +76,7 @@ std::string clsZelRprtPrint::ToStringRprt(std::shared_ptr<clsZelReport> RprtItem
   constexpr std::string_view operation = "ToStringRprt";
   return Render(operation, ErrObj, [&] {
     if (!RprtItem) {
-      throw std::logic_error("no report");
+      internal::ThrowObjectNotSet();
     }
     const clsZelReport& report = *RprtItem;
     const RegionalSettings settings = internal::CurrentRegionalSettings();
@@ -108,15 +107,17 @@ std::string clsZelRprtPrint::ToStringRprt(std::shared_ptr<clsZelReport> RprtItem
 }
 
 std::string clsZelRprtPrint::ToStringRprt(clsZelReport& RprtItem, clsVnError* ErrObj) {
-  return ToStringRprt(internal::Borrowed(RprtItem), ErrObj);
+  const internal::Lent lent(RprtItem);
+  return ToStringRprt(lent.Get(), ErrObj);
 }
 
 namespace internal {
 
 std::shared_ptr<clsZelRprtPrint> CreateDefaultReportEngine() { return std::make_shared<clsZelRprtPrint>(); }
 
-std::string RenderReport(clsZelRprtPrint& engine, clsZelReport& report, clsVnError* errors) {
-  return engine.ToStringRprt(Borrowed(report), errors);
+std::string RenderReport(clsZelRprtPrint& engine, const std::shared_ptr<clsZelReport>& report,
+                         clsVnError* errors) {
+  return engine.ToStringRprt(report, errors);
 }
 
 }  // namespace internal

@@ -6,12 +6,13 @@
 #include "VnZEL10cmn/items/IVnZelItem.h"
 #include "VnZEL10cmn/render/Renderer.h"
 #include "VnZEL10cmn/report/clsZelReport.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// Renders reports as German text with a table of the nine containers, 164 columns wide. A host with a layout
 /// of its own derives from it.
-class clsZelRprtPrint : public Renderer {
+class VNZEL10CMN_API clsZelRprtPrint : public Renderer {
  public:
   /// The standard layout.
   clsZelRprtPrint();

@@ -6,6 +6,8 @@
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
 #include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/errors/internal/Lent.h"
+#include "VnZEL10cmn/items/internal/VatClass.h"
 #include "VnZEL10cmn/report/internal/DefaultReportEngine.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -62,7 +64,7 @@ std::shared_ptr<clsZelContainer> clsZelReport::Container(std::int32_t Index) con
 }
 
 std::shared_ptr<clsZelContainer> clsZelReport::Container2(ZELVatClasses VatClass) const {
-  return containers_.at(static_cast<std::size_t>(VatClass));
+  return internal::OfClass(containers_, VatClass);
 }
 
 std::shared_ptr<clsZelContainer> clsZelReport::ContainerThrdParty() const { return containers_[6]; }
@@ -183,8 +185,12 @@ bool clsZelReport::EncodeRqst(ZelReportType type, ByteArray& data) {
 bool clsZelReport::WriteHash(ByteArray& data, std::int32_t& position) {
   ByteArray items;
   std::int32_t length = 0;
+  const auto keepText = [&] {
+    items.RedimPreserve(length - 1);  // the rest is reserve
+    return helper_.ToBase64String(items, itemListText_);
+  };
   if (!itemList_.GetItemHash(UseSHA256(), false, false, itemHash_) ||
-      !itemList_.BinaryDataGet(items, length) || !helper_.ToBase64String(items, itemListText_, 0, length)) {
+      !itemList_.BinaryDataGet(items, length) || !keepText()) {
     return Fail(kFailed,
                 Compose(kEncodeRqstHeader,
                         "Der Hashcode konnte nicht aus den Abschlußposten ermittelt werden werden!",
@@ -345,8 +351,8 @@ bool clsZelReport::DecodeXML(std::string_view xmlData) {
     return false;
   }
   if (!ReadXmlBytes(document,
-                    {ZelXmlTags::ItemList, internal::kItemsNotFound, "", internal::kNoItems,
-                     ZELErrorCodes::Err_Ser_DataMissing},
+                    {ZelXmlTags::ItemList, internal::kNoItems, "", internal::kNoItems,
+                     ZELErrorCodes::Err_Ser_DataMissing, ZELErrorCodes::Err_Ser_DataMissing},
                     "Base64-Konvertierung der Report-Postendaten fehlgeschlagen!", ".[FromBase64String]",
                     bytes, &profile)) {
     return false;
@@ -376,11 +382,14 @@ bool clsZelReport::DecodeXML(std::string_view xmlData) {
 }
 
 std::string clsZelReport::ToString() {
+  // The engine may let go of the report and of itself.
+  const internal::Lent self(*this);
   return RunFor<std::string>("ToString", [&] {
     if (!printEngine_) {
       printEngine_ = internal::CreateDefaultReportEngine();
     }
-    return internal::RenderReport(*printEngine_, *this, &ErrorObject());
+    const std::shared_ptr<clsZelRprtPrint> engine = printEngine_;
+    return internal::RenderReport(*engine, self.Get(), &ErrorObject());
   });
 }
 

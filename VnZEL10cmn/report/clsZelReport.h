@@ -12,6 +12,7 @@
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/report/ZelReportType.h"
+#include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
@@ -20,7 +21,7 @@ class clsZelRprtPrint;
 /// A report (closing) of the device: a request of one of five kinds, and the device's answer with its state,
 /// its numbers, its signature and nine turnover containers. Report items are hashed with SHA-1 at first. Make
 /// a new object for every report: there is no reset.
-class clsZelReport : public ItemHolder {
+class VNZEL10CMN_API clsZelReport : public ItemHolder {
  public:
   /// A report without items, never dated, over all months.
   clsZelReport();

@@ -5,8 +5,9 @@
 #include <initializer_list>
 #include <limits>
 #include <span>
-#include <stdexcept>
 #include <vector>
+
+#include "VnZEL10cmn/types/RunTimeFaults.h"
 
 namespace VnZEL10cmn {
 
@@ -84,7 +85,7 @@ class BoundedArray {
   static std::size_t Count(std::int32_t lower, std::int32_t upper) {
     const std::int64_t count = static_cast<std::int64_t>(upper) - lower + 1;
     if (count < 0 || count > std::numeric_limits<std::int32_t>::max()) {
-      throw std::out_of_range("array bounds");
+      internal::ThrowOutOfRange();
     }
     return static_cast<std::size_t>(count);
   }
@@ -92,7 +93,7 @@ class BoundedArray {
   std::size_t Offset(std::int32_t index) const {
     const std::int64_t offset = static_cast<std::int64_t>(index) - lower_;
     if (offset < 0 || offset >= static_cast<std::int64_t>(elements_.size())) {
-      throw std::out_of_range("array index");
+      internal::ThrowOutOfRange();
     }
     return static_cast<std::size_t>(offset);
   }

@@ -7,12 +7,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "VnZEL10cmn/types/Export.h"
+
 namespace VnZEL10cmn {
 
 /// A signed fixed-point number with four decimal places, held as the value times 10,000 in 64 bits.
 /// It carries amounts, quantities, VAT rates (in percent) and counters. Sums and differences are exact;
 /// what leaves the 64-bit range throws std::overflow_error.
-class Currency {
+class VNZEL10CMN_API Currency {
  public:
   /// Zero.
   constexpr Currency() noexcept = default;

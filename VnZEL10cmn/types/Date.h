@@ -3,10 +3,12 @@
 #include <compare>
 #include <cstdint>
 
+#include "VnZEL10cmn/types/Export.h"
+
 namespace VnZEL10cmn {
 
 /// A calendar date-time: days since 30 December 1899 as a double, the fraction being the time of day.
-class Date {
+class VNZEL10CMN_API Date {
  public:
   /// The parts of a date-time as a calendar and a clock show them.
   struct Civil {

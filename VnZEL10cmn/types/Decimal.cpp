@@ -3,9 +3,9 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <stdexcept>
 #include <string>
 
+#include "VnZEL10cmn/types/RunTimeFaults.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -20,10 +20,6 @@ constexpr int kMaxScale = 28;
 std::uint64_t Magnitude(std::int64_t value) {
   return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
 }
-
-[[noreturn]] void ThrowOverflow() { throw std::overflow_error("decimal overflow"); }
-
-[[noreturn]] void ThrowNoNumber() { throw std::invalid_argument("not a number"); }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -47,7 +43,7 @@ bool TakeSign(std::string_view& text) {
 std::int64_t TakeExponent(std::string_view& text) {
   const bool negative = TakeSign(text);
   if (text.empty() || !IsDigit(text[0])) {
-    ThrowNoNumber();
+    ThrowTypeMismatch();
   }
   constexpr std::int64_t limit = 1000000;
   std::int64_t exponent = 0;
@@ -70,7 +66,7 @@ Uint128 PowerOfTen(int exponent) noexcept {
 Currency CurrencyFromMagnitude(bool negative, Uint128 scaled) {
   const Uint128 limit = static_cast<Uint128>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1 : 0);
   if (scaled > limit) {
-    throw std::overflow_error("currency overflow");
+    ThrowOverflow();
   }
   const auto bits = static_cast<std::uint64_t>(scaled);
   return Currency::FromScaled(static_cast<std::int64_t>(negative ? ~bits + 1 : bits));
@@ -117,13 +113,13 @@ Decimal::Decimal(std::string_view text) {
     }
   }
   if (digits.empty()) {
-    ThrowNoNumber();
+    ThrowTypeMismatch();
   }
   if (TakePrefix(rest, "E") || TakePrefix(rest, "e")) {
     exponent += TakeExponent(rest);
   }
   if (!rest.empty()) {
-    ThrowNoNumber();
+    ThrowTypeMismatch();
   }
   Assign(digits, exponent);
 }

@@ -659,7 +659,7 @@ class Play {
       default: text = print.ToStringBI(nullptr, &error) + reportPrint.ToStringRprt(nullptr, &error); break;
     }
     CheckErrorOfHost(error, !error.HasError());
-    FUZZ_CHECK(what < 6 || (error.ErrorNr() == 5 && text.empty()));
+    FUZZ_CHECK(what < 6 || (error.ErrorNr() == 91 && text.empty()));
   }
 
   ByteArray Room() {

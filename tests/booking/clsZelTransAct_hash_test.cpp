@@ -118,7 +118,7 @@ TEST(TransActItemHash, FailureOfAnItem) {
   test::ExpectNoError(booking);
 }
 
-TEST(TransActItemHash, FailureIsLoggedOnceByTheBooking) {
+TEST(TransActItemHash, FailureIsLoggedWithItsReasonByTheBooking) {
   test::TestLog log;
   clsZelTransAct booking;
   booking.LogHandler(log.Handler());
@@ -127,9 +127,9 @@ TEST(TransActItemHash, FailureIsLoggedOnceByTheBooking) {
   const std::vector<std::string> sources = test::LogSources(log);
   ASSERT_FALSE(sources.empty());
   EXPECT_EQ(sources.back(), "clsZelTransAct");
-  EXPECT_EQ(std::count(sources.begin(), sources.end(), "clsZelTransAct"), 1);
-  EXPECT_EQ(log.Functions().back(), "GetItemHash");
-  EXPECT_EQ(log.Numbers().back(), "9000");
+  EXPECT_EQ(std::count(sources.begin(), sources.end(), "clsZelTransAct"), 2);
+  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"BinaryDataGet", "GenItemHash", "GetItemHash"}));
+  EXPECT_EQ(log.Numbers(), (std::vector<std::string>{"9301", "9000", "9000"}));
 }
 
 // As bytes

@@ -585,7 +585,7 @@ TEST(TransActRequestFailure, ItemThatThrowsWhatIsNoExceptionIsAFault) {
   test::ExpectFault(booking.ErrorObject(), 5, "BinaryDataGet");
 }
 
-TEST(TransActRequest, ItemThatEmptiesTheListWhileItIsAskedDoesNoHarm) {
+TEST(TransActRequestFailure, ItemThatEmptiesTheListWhileItIsAskedHasFailed) {
   clsZelTransAct booking;
   Prepare(booking);
   const auto item = std::make_shared<FakeItem>();
@@ -593,7 +593,11 @@ TEST(TransActRequest, ItemThatEmptiesTheListWhileItIsAskedDoesNoHarm) {
   ASSERT_TRUE(booking.AddItem(item));
   ASSERT_TRUE(booking.AddItem(std::make_shared<FakeItem>("FAKE-2")));
   ByteArray data;
-  EXPECT_TRUE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
+  EXPECT_FALSE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
+  test::ExpectError(booking.ErrorObject(), ZELErrorCodes::Err_Ser_DataMissing, true, "EncodeRqst",
+                    "Buchung: Das Erstellen der Anfrage ist nicht möglich!\r\n"
+                    "Die Preisbestandteile für einen Buchungsposten\r\n"
+                    "konnten nicht gelesen werden!");
   EXPECT_EQ(booking.ItemCount(), 0);
 }
 
@@ -608,7 +612,6 @@ TEST(TransActRequestFailure, ItemThatThrowsIsAFault) {
   ByteArray data;
   EXPECT_FALSE(booking.BinaryDataGet(ZELSerialType::Request, data, 0));
   test::ExpectFault(booking.ErrorObject(), 5, "BinaryDataGet");
-  EXPECT_EQ(booking.ErrorObject().ErrorMsg(), "scale is jammed");
   EXPECT_EQ(log.Numbers(), std::vector<std::string>{"5"});
 }
 

@@ -384,10 +384,12 @@ TEST(TransActImportFailure, ItemListThatCannotBeDecoded) {
       "Schreiben der Postendaten fehlgeschlagen!");
   EXPECT_EQ(booking.ItemCount(), 0);
   EXPECT_EQ(booking.ZelRqstData(), "");
-  // The booking logs what its caller sees, once.
-  EXPECT_EQ(test::LogSources(log),
-            (std::vector<std::string>{"clsZelItemCash", "clsZelItemList", "clsZelTransAct"}));
-  EXPECT_EQ(log.Functions().back(), "DecodeXML.[BinaryDataSet]");
+  // The reason comes first, what the caller sees last.
+  EXPECT_EQ(test::LogSources(log), (std::vector<std::string>{"clsZelItemCash", "clsZelItemList",
+                                                             "clsZelTransAct", "clsZelTransAct"}));
+  EXPECT_EQ(log.Functions(),
+            (std::vector<std::string>{"BinaryDataSet", "BinaryDataSet",
+                                      "DecodeItems.[mObjItemList.BinaryDataSet]", "DecodeXML.[BinaryDataSet]"}));
 }
 
 // Damage: the request
@@ -492,8 +494,10 @@ TEST(TransActImportFailure, ResponseThatCannotBeDecoded) {
   EXPECT_EQ(booking.ZelRespTpID(), "X");
   EXPECT_EQ(booking.ZelRespTpIDNr(), Currency(9));
   EXPECT_EQ(booking.ZelRespData(), "");
-  EXPECT_EQ(test::LogSources(log), (std::vector<std::string>{"clsZelBaseCoding", "clsZelTransAct"}));
-  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelCounter", "DecodeXML.DecodeResp"}));
+  EXPECT_EQ(test::LogSources(log),
+            (std::vector<std::string>{"clsZelBaseCoding", "clsZelTransAct", "clsZelTransAct"}));
+  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelCounter", "DecodeResp.[GetZelCounter]",
+                                                       "DecodeXML.DecodeResp"}));
 }
 
 TEST(TransActImportFailure, SuccessAfterwardsClearsTheError) {

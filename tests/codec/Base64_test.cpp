@@ -385,7 +385,6 @@ TEST(FromBase64String, APadAtTheStartOfAGroupIsAFault) {
     ByteArray result;
     EXPECT_FALSE(helper.FromBase64String(text, result)) << text;
     ExpectFault(helper.ErrorObject(), 6, "FromBase64String");
-    EXPECT_EQ(helper.ErrorObject().ErrorMsg(), "byte overflow");
   }
 }
 
@@ -397,7 +396,6 @@ TEST(FromBase64String, APadSignThatStandsForADigitCanBeAFault) {
     ByteArray result;
     EXPECT_FALSE(helper.FromBase64String(text, result, "=")) << text;
     ExpectFault(helper.ErrorObject(), 9, "FromBase64String");
-    EXPECT_EQ(helper.ErrorObject().ErrorMsg(), "array index");
     EXPECT_FALSE(helper.FromBase64String(text, result, "+", "=")) << text;
     ExpectFault(helper.ErrorObject(), 9, "FromBase64String");
   }

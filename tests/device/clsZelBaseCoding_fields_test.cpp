@@ -1029,7 +1029,6 @@ TEST(ZelCodes, AnEmptyValueIsAFault) {
   std::int32_t result = 77;
   EXPECT_FALSE(coding.GetZelCurrencyCode(FromHex("C8 00"), start, result));
   ExpectFault(coding.ErrorObject(), 9, "GetZelCurrencyCode");
-  EXPECT_EQ(coding.ErrorObject().ErrorMsg(), "array index");
   EXPECT_EQ(start, 0);
   EXPECT_FALSE(coding.GetZelCountryCode(FromHex("D5 00"), start, result));
   ExpectFault(coding.ErrorObject(), 9, "GetZelCountryCode");

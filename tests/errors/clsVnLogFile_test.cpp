@@ -54,7 +54,7 @@ class HostItem : public IVnLogItem {
 
 class FaultyItem : public IVnLogItem {
  public:
-  std::string GetLogEntry() override { throw std::runtime_error("entry failed"); }
+  std::string GetLogEntry() override { throw std::runtime_error("Ungültiger Prozeduraufruf oder ungültiges Argument"); }
 };
 
 clsVnError& ErrorOf(clsVnLogFile& file) { return LogFileAccess::ErrorObject(file); }
@@ -598,7 +598,7 @@ TEST_F(FileWriteEntry, ASuccessClearsTheErrorBefore) {
 TEST_F(FileWriteEntry, AnItemThatFailsIsReportedAsAFault) {
   FaultyItem item;
   EXPECT_FALSE(file_.FileWriteEntry(item));
-  ExpectError(ErrorOf(file_), 5, false, "FileWriteEntry", "entry failed");
+  test::ExpectFault(ErrorOf(file_), 5, "FileWriteEntry");
   EXPECT_EQ(Text(), "");
 }
 

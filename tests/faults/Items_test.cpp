@@ -176,6 +176,7 @@ Step WriteList() {
 Step HashList(bool bit256, bool asBase32) {
   return {
       .operation = "GetItemHash",
+      .inner = "BinaryDataGet",
       .run = [=](World& world) { return world.list->GetItemHash(bit256, asBase32, true, world.text, "--"); },
       .object = List,
       .prepare = [](World& world) { world.text = "what was there before"; },
@@ -193,6 +194,27 @@ Step TextOfList() {
               },
           .object = List,
           .result = [](World& world) { return world.text; }};
+}
+
+/// The item of the list that failed, or the list.
+VnObject* FailedItem(World& world) {
+  for (const auto& item : *world.list) {
+    if (item->HasError()) {
+      return dynamic_cast<VnObject*>(item.get());
+    }
+  }
+  return &*world.list;
+}
+
+/// Without a print engine each item gives its own text, and a failure stays its own.
+Step TextOfItems() {
+  Step step = TextOfList();
+  step.run = [](World& world) {
+    world.text = world.list->ToString();
+    return !FailedItem(world)->HasError();
+  };
+  step.object = FailedItem;
+  return step;
 }
 
 Step AddToList(std::shared_ptr<clsZelItemCash> World::*item) {
@@ -250,7 +272,7 @@ Path Lists() {
                .numbers = {9}},
           WriteList(),
           Made("PrintEngine", [](World& world) { world.list->PrintEngine(nullptr); }),
-          TextOfList(),
+          TextOfItems(),
           Step{.operation = "Clear", .run = [](World& world) { return world.list->Clear(); }, .object = List},
           WriteList()};
 }

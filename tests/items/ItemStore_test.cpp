@@ -160,8 +160,8 @@ TEST(clsZelItemListRemoval, AnItemWhoseIDHasChangedIsFoundByItself) {
   ASSERT_TRUE(list.AddItem(first));
   ASSERT_TRUE(list.AddItem(second));
   first->Rename("second");
-  EXPECT_EQ(list.ItemK("first"), first);
-  EXPECT_EQ(list.ItemK("second"), second);
+  EXPECT_EQ(list.ItemK("first"), nullptr);
+  EXPECT_EQ(list.ItemK("second"), first);
   EXPECT_TRUE(list.RemoveItem(first));
   EXPECT_EQ(list.ItemCount(), 1);
   EXPECT_EQ(list.ItemK("first"), nullptr);

@@ -77,7 +77,7 @@ class HostFactory : public clsZelListItemFact {
     sawNoErrorObject = sawNoErrorObject && ErrObj == nullptr;
     switch (mode_) {
       case Mode::None: return nullptr;
-      case Mode::Throws: throw std::runtime_error("Fabrik gestört");
+      case Mode::Throws: throw std::runtime_error("Ungültiger Prozeduraufruf oder ungültiges Argument");
       case Mode::OutOfMemory: throw std::bad_alloc();
       case Mode::SameEachTime: return same_;
       case Mode::New:
@@ -559,14 +559,14 @@ TEST(clsZelItemListRead, AFactoryThatReturnsNoneIsAFault) {
   EXPECT_EQ(log.Functions(), std::vector<std::string>{"BinaryDataSet"});
 }
 
-TEST(clsZelItemListRead, AFactoryThatThrowsIsAFaultWithItsText) {
+TEST(clsZelItemListRead, AFactoryThatThrowsIsAFault) {
   test::TestLog log;
   clsZelItemList list;
   list.LogHandler(log.Handler());
   list.ItemFactory(std::make_shared<HostFactory>(HostFactory::Mode::Throws));
   std::int32_t start = 0;
   EXPECT_FALSE(list.BinaryDataSet(FromHex(bread), start));
-  test::ExpectError(list.ErrorObject(), 5, false, "BinaryDataSet", "Fabrik gestört");
+  test::ExpectFault(list.ErrorObject(), 5, "BinaryDataSet");
   EXPECT_EQ(list.ItemCount(), 0);
   EXPECT_EQ(start, 0);
   EXPECT_EQ(log.Functions(), std::vector<std::string>{"BinaryDataSet"});

@@ -102,6 +102,34 @@ elseif(STEP STREQUAL "pkgconfig")
     check_program(${program} ${kind})
   endforeach()
 
+elseif(STEP STREQUAL "exports")
+  # The published classes, and the bases that carry operations of theirs.
+  set(published
+    clsVnError clsVnLogItem clsVnLogFile IVnLogItem clsHelper01 clsSHA256 clsZelBaseCoding IVnZelItem clsZelItemCash
+    clsZelItemList clsZelListItemFact clsZelVatItem clsZelVatList clsZelContainer clsZelTransAct clsZelReport
+    clsZelTransActData clsZelItemPrint clsZelRprtPrint Currency Date
+    VnObject DeviceDocument ItemHolder Renderer)
+  file(GLOB_RECURSE library ${prefix}/libVnZEL10cmn.so)
+  execute_process(COMMAND ${NM} --dynamic --defined-only --demangle ${library}
+    OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+  string(REPLACE ";" "," symbols "${symbols}")
+  string(REGEX REPLACE "\n$" "" symbols "${symbols}")
+  string(REPLACE "\n" ";" symbols "${symbols}")
+  set(seen)
+  foreach(symbol IN LISTS symbols)
+    if(NOT symbol MATCHES
+       "^[0-9a-f]+ [A-Za-z] (vtable for |typeinfo for |typeinfo name for |non-virtual thunk to )?VnZEL10cmn::([A-Za-z0-9]+)"
+       OR NOT CMAKE_MATCH_2 IN_LIST published)
+      message(FATAL_ERROR "Exported, but not published: ${symbol}")
+    endif()
+    list(APPEND seen ${CMAKE_MATCH_2})
+  endforeach()
+  foreach(class IN LISTS published)
+    if(NOT class IN_LIST seen)
+      message(FATAL_ERROR "Published, but not exported: ${class}")
+    endif()
+  endforeach()
+
 else()
   message(FATAL_ERROR "Unknown step ${STEP}")
 endif()

@@ -407,7 +407,7 @@ TEST(clsZelItemPrintBooking, AHostItemMayHaveNothingToShow) {
   test::ExpectNoError(booking);
 }
 
-TEST(clsZelItemPrintBooking, AHashThatFailsIsShownAsSuchAndLoggedOnce) {
+TEST(clsZelItemPrintBooking, AHashThatFailsIsShownAsSuchAndLoggedWithItsReason) {
   test::TestLog log;
   clsZelTransAct booking;
   booking.LogHandler(log.Handler());
@@ -422,7 +422,8 @@ TEST(clsZelItemPrintBooking, AHashThatFailsIsShownAsSuchAndLoggedOnce) {
     ofTheBooking +=
         entry.find("Quelle .............: VnZEL10cmn.clsZelTransAct\r\n") == std::string::npos ? 0U : 1U;
   }
-  EXPECT_EQ(ofTheBooking, 1U);
+  EXPECT_EQ(ofTheBooking, 2U);
+  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"BinaryDataGet", "GenItemHash", "GetItemHash"}));
 }
 
 TEST(clsZelItemPrintBooking, AnItemWithoutPricesFailsTheReceipt) {

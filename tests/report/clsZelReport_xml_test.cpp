@@ -303,8 +303,8 @@ TEST(ReportImportFailure, ItemListIncompleteOrOutOfOrder) {
   clsZelReport report;
   for (const std::string& items : Damaged("itemListEncoded", itemsText)) {
     ExpectImportFailure(report, Document(items + RequestElement() + ResponseElement()),
-                        ZELErrorCodes::Err_Ser_Failed, "DecodeXML",
-                        "Das Ermitteln der Postenliste schlug fehl!");
+                        ZELErrorCodes::Err_Ser_DataMissing, "DecodeXML",
+                        "Es konnten keine Postendaten gefunden werden!");
   }
 }
 
@@ -326,9 +326,9 @@ TEST(ReportImportFailure, ItemListThatCannotBeDecoded) {
       Document(ItemsElement(test::Base64("A0 01 31 C7 00 A2 01 78")) + RequestElement() + ResponseElement()),
       ZELErrorCodes::Err_Ser_Failed, "DecodeXML.[BinaryDataSet]",
       "Schreiben der Report-Postendaten fehlgeschlagen!");
-  // The report logs what its caller sees, once.
+  // The reason comes first, what the caller sees last.
   EXPECT_EQ(test::LogSources(log),
-            (std::vector<std::string>{"clsZelItemCash", "clsZelItemList", "clsZelReport"}));
+            (std::vector<std::string>{"clsZelItemCash", "clsZelItemList", "clsZelReport", "clsZelReport"}));
 }
 
 TEST(ReportImportFailure, NoRequest) {
@@ -409,7 +409,7 @@ TEST(ReportImportFailure, ResponseThatCannotBeDecoded) {
       report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("CC 01 07 C4 00"))),
       ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp", "Dekodieren der Antwortdaten fehlgeschlagen!");
   EXPECT_EQ(report.SequenceNbr(), Currency(7));
-  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelTpID", "DecodeXML.DecodeResp"}));
+  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelTpID", "DecodeResp.[GetZelTpID]", "DecodeXML.DecodeResp"}));
   // Also where the response holds a record that has no place there.
   ExpectImportFailure(
       report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("C6 01 41"))),

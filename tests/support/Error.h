@@ -29,8 +29,21 @@ inline void ExpectError(const VnZEL10cmn::clsVnError& error, VnZEL10cmn::ZELErro
   ExpectError(error, static_cast<std::int32_t>(number), userDefined, function, message, file, line);
 }
 
-/// A fault that the library did not foresee: its run-time number under the operation's name, not
-/// user-defined, with some text.
+/// The text of a run-time number.
+inline std::string_view FaultText(std::int32_t number) {
+  switch (number) {
+    case 5: return "Ungültiger Prozeduraufruf oder ungültiges Argument";
+    case 6: return "Überlauf";
+    case 7: return "Nicht genügend Speicher";
+    case 9: return "Index außerhalb des gültigen Bereichs";
+    case 13: return "Typen unverträglich";
+    case 91: return "Objektvariable oder With-Blockvariable nicht festgelegt";
+    default: return "no run-time number";
+  }
+}
+
+/// A fault that the library did not foresee: its run-time number with its text under the operation's name, not
+/// user-defined.
 inline void ExpectFault(const VnZEL10cmn::clsVnError& error, std::int32_t number, std::string_view function,
                         const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   const testing::ScopedTrace trace(file, line, "expected fault");
@@ -38,7 +51,7 @@ inline void ExpectFault(const VnZEL10cmn::clsVnError& error, std::int32_t number
   EXPECT_EQ(error.ErrorNr(), number);
   EXPECT_FALSE(error.IsUserDef());
   EXPECT_EQ(error.ErrorFunction(), function);
-  EXPECT_FALSE(error.ErrorMsg().empty());
+  EXPECT_EQ(error.ErrorMsg(), FaultText(number));
 }
 
 /// The state that a successful operation leaves in its object.

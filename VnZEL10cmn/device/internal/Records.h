@@ -64,13 +64,11 @@ MaybeRefusal CheckRecordEnd(const ByteArray& buffer, std::int32_t start);
 /// Whether a record with a value of `length` bytes fits at `start`.
 MaybeRefusal CheckWrite(const ByteArray& buffer, std::int32_t start, std::int64_t length);
 
-[[noreturn]] void ThrowPositionOverflow();
-
 /// Moves `start` behind a record with a value of `length` bytes; throws std::overflow_error where no index
 /// follows.
 inline void Advance(std::int32_t& start, std::size_t length) {
   const std::int64_t behind = start + std::int64_t{kRecordHead} + static_cast<std::int64_t>(length);
-  if (behind > std::numeric_limits<std::int32_t>::max()) ThrowPositionOverflow();
+  if (behind > std::numeric_limits<std::int32_t>::max()) ThrowOverflow();
   start = static_cast<std::int32_t>(behind);
 }
 

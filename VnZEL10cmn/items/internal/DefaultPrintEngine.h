@@ -19,10 +19,11 @@ namespace internal {
 std::shared_ptr<clsZelItemPrint> CreateDefaultPrintEngine();
 
 /// The engine's text of an item.
-std::string RenderItem(clsZelItemPrint& engine, IVnZelItem& item, clsVnError* errors);
+std::string RenderItem(clsZelItemPrint& engine, const std::shared_ptr<IVnZelItem>& item, clsVnError* errors);
 
 /// The engine's text of a booking.
-std::string RenderBooking(clsZelItemPrint& engine, clsZelTransAct& booking, clsVnError* errors);
+std::string RenderBooking(clsZelItemPrint& engine, const std::shared_ptr<clsZelTransAct>& booking,
+                          clsVnError* errors);
 
 }  // namespace internal
 }  // namespace VnZEL10cmn
