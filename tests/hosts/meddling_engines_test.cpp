@@ -481,4 +481,35 @@ TEST(EngineOfAnItem, ThatTakesItselfOffWhileAReceiptIsMadeLivesUntilItReturns) {
   EXPECT_NE(booking.ToString().find("    eigener Text\r\n"), std::string::npos);
 }
 
+TEST(EngineThatAHostCallsItself, IsKeptUntilItReturnsAlthoughAnItemLetsItGo) {
+  auto engine = std::make_shared<clsZelItemPrint>();
+  const std::weak_ptr<clsZelItemPrint> watched = engine;
+  const auto booking = std::make_shared<clsZelTransAct>();
+  const auto item = Scripted("A");
+  item->onShow = [&] {
+    engine.reset();
+    EXPECT_FALSE(watched.expired()) << "it is running";
+  };
+  ASSERT_TRUE(booking->AddItem(item));
+  clsZelItemPrint& running = *engine;
+  EXPECT_NE(running.ToStringBI(booking), "");
+  EXPECT_TRUE(watched.expired());
+}
+
+#ifndef NDEBUG
+TEST(EngineDeathTest, OfAnObjectOnTheStackThatIsKeptEndsADebugBuild) {
+  EXPECT_DEATH(
+      {
+        clsZelItemCash item;
+        std::shared_ptr<clsZelItemCash> kept;
+        ItemKind::SetEngine(item, [&kept](const auto& what, clsVnError*) {
+          kept = what;
+          return std::string();
+        });
+        item.ToString();
+      },
+      "kept");
+}
+#endif
+
 }  // namespace

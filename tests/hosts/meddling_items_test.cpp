@@ -880,7 +880,7 @@ TEST(ItemThatMovesTheBoundsOfThePrices, FailsUnlessAllSixAreThere) {
   }
 }
 
-TEST(ItemThatMovesTheBoundsOfThePrices, LeavesThoseOfTheNextItemAlone) {
+TEST(ItemThatMovesTheBoundsOfThePrices, UpwardsHasItsSixPricesOrFails) {
   clsZelTransAct booking;
   test::Prepare(booking);
   const auto item = Scripted("A");
@@ -892,9 +892,31 @@ TEST(ItemThatMovesTheBoundsOfThePrices, LeavesThoseOfTheNextItemAlone) {
   };
   ASSERT_TRUE(booking.AddItem(item));
   ASSERT_TRUE(booking.AddItem(test::CashItem("Brot", 10)));
-  (void)test::BuildRequest(booking);
-  EXPECT_EQ(TurnoverOf(booking), test::Currency(15));
-  EXPECT_NE(booking.ToString().find("    15,00 EUR\r\n"), std::string::npos) << booking.ToString();
+  ByteArray request;
+  const bool done = booking.BinaryDataGet(ZELSerialType::Request, request, 0);
+  ExpectOutcome(booking, done);
+  if (done) {
+    EXPECT_EQ(TurnoverOf(booking), test::Currency(15));
+  }
+  // The receipt never shows another sum than the one that is signed.
+  const std::string text = booking.ToString();
+  ExpectOutcome(booking, !booking.HasError());
+  EXPECT_TRUE(text.empty() || text.find("    15,00 EUR\r\n") != std::string::npos) << text;
+}
+
+TEST(ItemThatMovesTheBoundsOfThePrices, FailsTheReceiptWhereItFailsTheRequest) {
+  for (const std::int32_t upper : {-1, 0, 4}) {
+    clsZelTransAct booking;
+    test::Prepare(booking);
+    const auto item = Scripted("A");
+    item->givePrices = [upper](test::CurrencyArray& prices, bool&) {
+      prices.Redim(0, upper);
+      return true;
+    };
+    ASSERT_TRUE(booking.AddItem(item));
+    EXPECT_EQ(booking.ToString(), "") << upper;
+    ExpectOutcome(booking, false);
+  }
 }
 
 // Items that change the booking that asks them

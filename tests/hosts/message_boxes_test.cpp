@@ -9,6 +9,7 @@
 
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "tests/hosts/Support.h"
+#include "tests/support/TempFile.h"
 
 namespace {
 
@@ -148,6 +149,22 @@ TEST(LogEntry, ThatLetsTheLastPointerToItselfGoLivesUntilItReturns) {
   });
   EXPECT_TRUE(log.Handler()->FileWriteEntry(entry));
   EXPECT_EQ(log.Text(), "eigener Text\r\n");
+}
+
+TEST(LogEntry, ThatLetsTheLogGoKeepsItUntilItReturns) {
+  auto file = std::make_shared<clsVnLogFile>();
+  const test::TempDir folder;
+  ASSERT_TRUE(file->FileOpen(folder.File("a.log")));
+  const std::weak_ptr<clsVnLogFile> watched = file;
+  ScriptedEntry entry([&file, &watched] {
+    file.reset();
+    EXPECT_FALSE(watched.expired()) << "it is running";
+    return std::string("letzte Worte");
+  });
+  clsVnLogFile& running = *file;
+  EXPECT_TRUE(running.FileWriteEntry(entry));
+  EXPECT_TRUE(watched.expired());
+  EXPECT_EQ(test::ReadFile(folder.File("a.log")), "letzte Worte\r\n");
 }
 
 }  // namespace
