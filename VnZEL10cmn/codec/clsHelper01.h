@@ -22,8 +22,8 @@ class clsHelper01 : public VnObject {
   clsHelper01();
   ~clsHelper01();
 
-  /// A new GUID: 36 upper-case characters without braces; empty when the system has no address to make one
-  /// from.
+  /// A new GUID: 36 upper-case characters without braces; empty when the system has nothing to make one from
+  /// (no network address, no random numbers).
   std::string CreateGUID();
 
   /// Text in the device's restricted character set (a to z, 0 to 9, "#"): blanks removed, cut to `Length`
