@@ -163,14 +163,15 @@ class Tree:
     def program_fails(self, folder, program, instructions=None):
         """None if all tests pass, else "killed" or "timeout"."""
         environment = {**os.environ, "LD_LIBRARY_PATH": str(self.binary), "RC_PARAMS": "seed=1"}
+        command = [program, "--gtest_brief=1", "--gtest_fail_fast"]
         if instructions is not None:
-            environment["VNZEL_INSTRUCTIONS"] = instructions
+            command.append(f"--instructions={instructions}")
         cpu_seconds = CPU_SECONDS.get(folder, 30)
         with tempfile.TemporaryDirectory(dir=self.binary) as place:
             process = subprocess.Popen(
-                [program, "--gtest_brief=1", "--gtest_fail_fast"], cwd=place, env=environment,
-                preexec_fn=lambda: limit(cpu_seconds), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                stderr=subprocess.DEVNULL, start_new_session=True)
+                command, cwd=place, env=environment, preexec_fn=lambda: limit(cpu_seconds),
+                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                start_new_session=True)
             try:
                 status = process.wait(WALL_SECONDS.get(folder, 120))
             except subprocess.TimeoutExpired:
