@@ -400,24 +400,28 @@ Currency clsHelper01::RoundCmrc(Currency Value, std::int32_t Digits) {
   });
 }
 
-Currency clsHelper01::RoundCmrc2(Currency Value, std::int32_t Digits) {
+template <class Value>
+Currency clsHelper01::RoundDecimal(Value value, std::int32_t digits) {
   return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+                          [&] { return internal::Decimal(value).RoundedAway(DecimalsOf(digits)); });
 }
 
-Currency clsHelper01::RoundCmrc2(double Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
-}
+Currency clsHelper01::RoundCmrc2(Currency Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
+
+Currency clsHelper01::RoundCmrc2(double Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
+
+Currency clsHelper01::RoundCmrc2(float Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
 
 Currency clsHelper01::RoundCmrc2(std::int64_t Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+  return RoundDecimal(Value, Digits);
+}
+
+Currency clsHelper01::RoundCmrc2(std::uint64_t Value, std::int32_t Digits) {
+  return RoundDecimal(Value, Digits);
 }
 
 Currency clsHelper01::RoundCmrc2(std::string_view Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+  return RoundDecimal(Value, Digits);
 }
 
 bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start,

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "VnZEL10cmn/errors/VnObject.h"
@@ -68,13 +70,25 @@ class clsHelper01 : public VnObject {
   /// The same in decimal arithmetic of 28 digits, converted to currency at the end. An overflow (6) or a
   /// text that is not a number in the regional form (13) is filed, user-defined False, and gives 0.
   Currency RoundCmrc2(Currency Value, std::int32_t Digits = 2);
-  /// The same for a double, of which 15 significant digits are taken.
+  /// The same for a double, of which 15 significant digits are taken. Infinities and what is not a number are an
+  /// overflow.
   Currency RoundCmrc2(double Value, std::int32_t Digits = 2);
+  /// The same for a single, of which 7 significant digits are taken: 1.005f gives 1.01, 16777216.0f gives 16777220.
+  Currency RoundCmrc2(float Value, std::int32_t Digits = 2);
   /// The same for an integer.
   Currency RoundCmrc2(std::int64_t Value, std::int32_t Digits = 2);
   /// The same for an integer.
+  Currency RoundCmrc2(std::uint64_t Value, std::int32_t Digits = 2);
+  /// The same for an integer.
   Currency RoundCmrc2(int Value, std::int32_t Digits = 2) {
     return RoundCmrc2(static_cast<std::int64_t>(Value), Digits);
+  }
+  /// The same for any other integer. A character is its code, not the digit that it shows; true is 1.
+  template <std::integral Integer>
+  requires(sizeof(Integer) <= sizeof(std::int64_t)) Currency
+      RoundCmrc2(Integer Value, std::int32_t Digits = 2) {
+    using Widest = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    return RoundCmrc2(static_cast<Widest>(Value), Digits);
   }
   /// The same for a numeric text.
   Currency RoundCmrc2(std::string_view Value, std::int32_t Digits = 2);
@@ -130,6 +144,10 @@ class clsHelper01 : public VnObject {
   bool GetSHA256Hash1(const ByteArray& Data, ByteArray& Result);
   /// SHA-256 of the low bytes of a text's UTF-16 code units, 64 lower-case hexadecimal digits.
   bool GetSHA256Hash2(std::string_view Data, std::string& Result);
+
+ private:
+  template <class Value>
+  Currency RoundDecimal(Value value, std::int32_t digits);
 };
 
 }  // namespace VnZEL10cmn
