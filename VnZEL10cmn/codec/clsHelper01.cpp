@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include "VnZEL10cmn/codec/internal/KeptText.h"
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/errors/internal/Refusal.h"
@@ -470,8 +471,10 @@ bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std
         unbroken = Without(Data, kCrLf);
         Data = internal::Trim(unbroken);
       }
-      refusal = isPlain || internal::IsAscii(Data) ? DecodeBase64(Data, replacements, Result)
-                                                   : DecodeBase64(ToUtf16(Data), replacements, Result);
+      const internal::KeptText text(Data, Result);
+      refusal = isPlain || internal::IsAscii(text)
+                    ? DecodeBase64(std::string_view(text), replacements, Result)
+                    : DecodeBase64(ToUtf16(text), replacements, Result);
     }
     return refusal ? Fail(*refusal, operation) : true;
   });
@@ -504,7 +507,8 @@ bool clsHelper01::GetBytesOfBinStr(std::string_view Data, ByteArray& Result) {
       cleaned = Without(Data, "- \r\n");
       Data = cleaned;
     }
-    const auto refusal = DecodeHex(Data, isPlain ? Data.size() : internal::Utf16Length(Data), Result);
+    const internal::KeptText text(Data, Result);
+    const auto refusal = DecodeHex(text, isPlain ? Data.size() : internal::Utf16Length(Data), Result);
     return refusal ? Fail(*refusal, operation) : true;
   });
 }
