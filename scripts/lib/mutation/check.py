@@ -21,7 +21,8 @@ from places import find_places
 
 # The programs of tests in the order in which they rest on each other; the slowest one last. The tests of the
 # tools rest on other libraries as well and are left out.
-FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render", "faults"]
+FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render", "aliases",
+           "faults"]
 HEADER_SHARE = 0.25  # places in headers are rarer by this: all that includes them is compiled again
 CPU_SECONDS = {"faults": 200}  # the others: 30
 WALL_SECONDS = {"faults": 600}  # the others: 120
