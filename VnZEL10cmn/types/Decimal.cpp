@@ -77,21 +77,28 @@ Decimal::Decimal(Currency value) noexcept
 
 Decimal::Decimal(std::int64_t value) noexcept : negative_(value < 0), magnitude_(Magnitude(value)) {}
 
-Decimal::Decimal(double value) {
+Decimal::Decimal(std::uint64_t value) noexcept : magnitude_(value) {}
+
+Decimal::Decimal(double value) : Decimal(value, 15) {}
+
+Decimal::Decimal(float value) : Decimal(static_cast<double>(value), 7) {}
+
+Decimal::Decimal(double value, int significantDigits) {
   if (!std::isfinite(value)) {
     ThrowOverflow();
   }
   std::array<char, 32> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                 std::chars_format::scientific, 14)
+                                 std::chars_format::scientific, significantDigits - 1)
                        .ptr;
   const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   // d.dddddddddddddde+xx
+  const auto decimals = static_cast<std::size_t>(significantDigits - 1);
   std::string digits(text.substr(0, 1));
-  digits.append(text.substr(2, 14));
-  std::string_view rest = text.substr(17);
+  digits.append(text.substr(2, decimals));
+  std::string_view rest = text.substr(2 + decimals + 1);
   negative_ = value < 0;
-  Assign(digits, TakeExponent(rest) - 14);
+  Assign(digits, TakeExponent(rest) - (significantDigits - 1));
 }
 
 Decimal::Decimal(std::string_view text) {
