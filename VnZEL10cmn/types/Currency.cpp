@@ -1,12 +1,32 @@
 #include "VnZEL10cmn/types/Currency.h"
 
+#include <charconv>
 #include <cmath>
+#include <system_error>
+
+#include "VnZEL10cmn/types/internal/Decimal.h"
+#include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Integers.h"
 
 namespace VnZEL10cmn {
 
 namespace {
 
-[[noreturn]] void ThrowOverflow() { throw std::overflow_error("currency overflow"); }
+constexpr std::size_t kDecimals = 4;
+
+[[noreturn]] void ThrowOverflow() { throw std::overflow_error("Überlauf"); }
+
+[[noreturn]] void ThrowNoNumber() { throw std::invalid_argument("Typen unverträglich"); }
+
+/// Takes the digits at the front of `text` away; there has to be one.
+std::string_view TakeDigits(std::string_view& text) {
+  const std::string_view digits = text.substr(0, text.find_first_not_of("0123456789"));
+  if (digits.empty()) {
+    ThrowNoNumber();
+  }
+  text.remove_prefix(digits.size());
+  return digits;
+}
 
 }  // namespace
 
@@ -45,5 +65,55 @@ Currency& Currency::operator-=(Currency other) {
 }
 
 Currency Currency::operator-() const { return Currency() - *this; }
+
+Currency& Currency::operator*=(Currency factor) {
+  const bool negative = (scaled_ < 0) != (factor.scaled_ < 0);
+  const internal::Uint128 product =
+      internal::Uint128{internal::Magnitude(scaled_)} * internal::Magnitude(factor.scaled_);
+  const auto rounded = internal::QuotientHalfToEven<internal::Uint128>(product, 10000);
+  return *this = internal::CurrencyFromMagnitude(negative, rounded);
+}
+
+Currency Currency::TimesInteger(bool negative, std::uint64_t magnitude) const {
+  const internal::Uint128 product = internal::Uint128{internal::Magnitude(scaled_)} * magnitude;
+  return internal::CurrencyFromMagnitude((scaled_ < 0) != negative, product);
+}
+
+Currency Currency::ByInteger(bool negative, std::uint64_t magnitude) const {
+  if (magnitude == 0) {
+    ThrowOverflow();
+  }
+  const std::uint64_t rounded = internal::QuotientHalfToEven(internal::Magnitude(scaled_), magnitude);
+  return internal::CurrencyFromMagnitude((scaled_ < 0) != negative, rounded);
+}
+
+Currency Currency::FromText(std::string_view text) {
+  std::string digits;
+  if (text.starts_with('-')) {
+    digits.push_back('-');
+    text.remove_prefix(1);
+  }
+  digits.append(TakeDigits(text));
+  std::string_view decimals;
+  if (text.starts_with('.')) {
+    text.remove_prefix(1);
+    decimals = TakeDigits(text);
+  }
+  if (!text.empty() || decimals.find_first_not_of('0', kDecimals) != std::string_view::npos) {
+    ThrowNoNumber();
+  }
+  decimals = decimals.substr(0, kDecimals);
+  digits.append(decimals).append(kDecimals - decimals.size(), '0');
+  std::int64_t scaled = 0;
+  if (std::from_chars(digits.data(), digits.data() + digits.size(), scaled).ec != std::errc{}) {
+    ThrowOverflow();
+  }
+  return FromScaled(scaled);
+}
+
+std::string Currency::ToText() const {
+  constexpr internal::NumberPattern twoToFourDecimals{2, kDecimals, false};
+  return internal::FormatNumber(*this, twoToFourDecimals, ".");
+}
 
 }  // namespace VnZEL10cmn

@@ -3,16 +3,13 @@
 #include <charconv>
 
 #include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Integers.h"
 
 namespace VnZEL10cmn::internal {
 
 namespace {
 
 constexpr std::array<std::uint64_t, 5> kPowers = {1, 10, 100, 1000, 10000};
-
-std::uint64_t Magnitude(std::int64_t value) {
-  return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
-}
 
 /// value / 10^places, half up.
 std::uint64_t DropDecimals(std::uint64_t value, int places) {
