@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "VnZEL10cmn/types/internal/Format.h"
 #include "VnZEL10cmn/types/internal/Integers.h"
@@ -111,6 +112,19 @@ std::string FormatDateTime(Date value, const RegionalSettings& settings) {
 
 std::string FormatDateMinutes(Date value, const RegionalSettings& settings) {
   return DateAndTime(value.ToCivil(), settings);
+}
+
+std::string FormatIso(Date value) {
+  const Date::Civil parts = value.ToCivil();
+  std::string text;
+  AppendPadded(text, parts.year, 4);
+  for (const auto& [separator, part] :
+       {std::pair{'-', parts.month}, std::pair{'-', parts.day}, std::pair{'T', parts.hour},
+        std::pair{':', parts.minute}, std::pair{':', parts.second}}) {
+    text.push_back(separator);
+    AppendPadded(text, part, 2);
+  }
+  return text;
 }
 
 }  // namespace VnZEL10cmn::internal
