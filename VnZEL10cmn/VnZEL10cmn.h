@@ -37,3 +37,4 @@
 #include "VnZEL10cmn/types/ByteArray.h"
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
+#include "VnZEL10cmn/types/Formatters.h"
