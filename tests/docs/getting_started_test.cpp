@@ -2,11 +2,17 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "VnZEL10cmn/types/Currency.h"
+#include "VnZEL10cmn/types/Date.h"
 #include "tests/support/TempFile.h"
+
+using VnZEL10cmn::Currency;
+using VnZEL10cmn::Date;
 
 namespace {
 
@@ -38,6 +44,25 @@ TEST(GettingStarted, CodeIsTheExamples) {
   ASSERT_EQ(blocks.size(), 2U);
   EXPECT_EQ(blocks[0], test::ReadFile(kSource + "/examples/first_booking.cpp"));
   EXPECT_EQ(blocks[1], test::ReadFile(kSource + "/examples/first_closing.cpp"));
+}
+
+// A row of the page's table: the expression as it stands here, and what it gives.
+#define EXPECT_ROW(expression, output)                                                                  \
+  do {                                                                                                  \
+    std::ostringstream out;                                                                             \
+    out << (expression);                                                                                \
+    EXPECT_EQ(out.str(), output);                                                                       \
+    EXPECT_NE(Page().find("\n| `" #expression "` | " output " |\n"), std::string::npos) << #expression; \
+  } while (false)
+
+TEST(GettingStarted, AmountsAndDatesAreWhatTheTableSays) {
+  EXPECT_ROW(Currency::FromText("6.90"), "6.90");
+  EXPECT_ROW(Currency::FromText("19"), "19.00");
+  EXPECT_ROW(2 * Currency::FromText("3.45") - 1, "5.90");
+  EXPECT_ROW(Currency::FromText("12.40") * Currency::FromText("1.255"), "15.562");
+  EXPECT_ROW(Currency::FromText("10") / 3, "3.3333");
+  EXPECT_ROW(Date::FromText("2026-12-31T08:05"), "2026-12-31T08:05:00");
+  EXPECT_ROW(Date::FromCivil(2026, 12, 31, 8, 5, 9), "2026-12-31T08:05:09");
 }
 
 TEST(GettingStarted, LinksLeadSomewhere) {
