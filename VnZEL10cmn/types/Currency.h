@@ -17,7 +17,8 @@ namespace VnZEL10cmn {
 /// It carries amounts, quantities, VAT rates (in percent) and counters, from -922337203685477.5808 to
 /// 922337203685477.5807. Sums, differences and products with an integer are exact; products of two and
 /// quotients are rounded half to even at the fourth decimal. What leaves the range throws
-/// std::overflow_error, and the value stays as it was.
+/// std::overflow_error, and the value stays as it was. Streams, hash tables and, where the standard library has
+/// it, std::format take a Currency as it is.
 ///
 ///     const Currency price = Currency::FromText("12.40");       // a kilogram
 ///     const Currency sum = price * Currency::FromText("1.25");  // 15.50
@@ -42,15 +43,15 @@ class Currency {
     return result;
   }
 
-  /// The number that a text such as "6.90", "-12" or "0.125" holds, exactly and whatever the regional settings:
-  /// an optional minus sign, digits, and optionally a point with at least one digit behind it. Zeros in front and
-  /// at the end count nothing; "-0" is 0. Throws std::invalid_argument for everything else: a plus sign, blanks,
-  /// a comma, groups of digits, an exponent, a point without digits on both sides, and a fifth decimal that is
-  /// not zero (nothing is rounded). Throws std::overflow_error for a number outside the range.
+  /// Reads a number such as "6.90", "-12" or "0.125": exactly, and whatever the regional settings. The text is an
+  /// optional minus sign, digits, and optionally a point with digits behind it; zeros in front and at the end count
+  /// nothing, and "-0" is 0. Throws std::invalid_argument for any other text: empty, with blanks, a plus sign, a
+  /// comma, groups of digits or an exponent, without a digit on either side of the point, or with a fifth decimal
+  /// other than zero, as nothing is rounded. Throws std::overflow_error for a number outside the range.
   static Currency FromText(std::string_view text);
 
-  /// The number as text with two to four decimals, as many as it takes, and without groups of digits, whatever the
-  /// regional settings: "6.90", "0.125", "-1234567.00". FromText reads it back to the same value.
+  /// Writes the value with two to four decimals: "6.90", "0.125", "-1234567.00". There are as many as the value has,
+  /// but at least two, and no groups of digits, whatever the regional settings. FromText gives the value back.
   std::string ToText() const;
 
   /// The value times 10,000.
@@ -65,12 +66,6 @@ class Currency {
   Currency& operator-=(Currency other);
   /// The value with the other sign; throws std::overflow_error for the smallest value.
   Currency operator-() const;
-
-  /// Exact sum; throws std::overflow_error.
-  friend Currency operator+(Currency left, Currency right) { return left += right; }
-  /// Exact difference; throws std::overflow_error.
-  friend Currency operator-(Currency left, Currency right) { return left -= right; }
-
   /// The product, rounded half to even at the fourth decimal; throws std::overflow_error.
   Currency& operator*=(Currency factor);
   /// Exact product with an integer; throws std::overflow_error.
@@ -85,6 +80,10 @@ class Currency {
     return *this = ByInteger(std::cmp_less(divisor, 0), Magnitude(divisor));
   }
 
+  /// Exact sum; throws std::overflow_error.
+  friend Currency operator+(Currency left, Currency right) { return left += right; }
+  /// Exact difference; throws std::overflow_error.
+  friend Currency operator-(Currency left, Currency right) { return left -= right; }
   /// The product, rounded half to even at the fourth decimal; throws std::overflow_error.
   friend Currency operator*(Currency left, Currency right) { return left *= right; }
   /// Exact product with an integer; throws std::overflow_error.
@@ -138,11 +137,15 @@ class Currency {
 
 }  // namespace VnZEL10cmn
 
+namespace std {
+
 /// Equal values have the same hash.
 template <>
-struct std::hash<VnZEL10cmn::Currency> {
+struct hash<VnZEL10cmn::Currency> {
   /// The hash of the value.
   std::size_t operator()(VnZEL10cmn::Currency value) const noexcept {
     return std::hash<std::int64_t>{}(value.Scaled());
   }
 };
+
+}  // namespace std

@@ -11,7 +11,8 @@ namespace VnZEL10cmn {
 
 /// A calendar date-time without a time zone: days since 30 December 1899 as a double, the fraction being the time
 /// of day. Before that day the day count is negative, and the time of day counts away from zero: -1.25 is
-/// 29 December 1899, 06:00.
+/// 29 December 1899, 06:00. Streams, hash tables and, where the standard library has it, std::format take a Date as
+/// it is.
 class Date {
  public:
   /// The parts of a date-time as a calendar and a clock show them.
@@ -38,14 +39,14 @@ class Date {
   static Date FromCivil(std::int32_t year, std::int32_t month, std::int32_t day, std::int32_t hour = 0,
                         std::int32_t minute = 0, std::int32_t second = 0);
 
-  /// The moment that an ISO 8601 text names: "2026-12-31", "2026-12-31T08:05" or "2026-12-31T08:05:09", with these
-  /// separators and numbers of digits. A day alone is its midnight. Throws std::invalid_argument for everything
-  /// else (blanks, a time zone, fractions of a second, the basic format) and for moments that do not exist:
-  /// 30 February, 24:00, years before 100.
+  /// Reads ISO 8601 text: "2026-12-31", "2026-12-31T08:05" or "2026-12-31T08:05:09". Separators and numbers of
+  /// digits are as shown; a day alone is its midnight. Throws std::invalid_argument for any other text, such as one
+  /// with blanks, a time zone or fractions of a second, and for moments that do not exist: 30 February, 24:00,
+  /// years before 100.
   static Date FromText(std::string_view text);
 
-  /// The moment as "2026-12-31T08:05:09", rounded to the second; throws std::overflow_error outside the years 100
-  /// to 9999. FromText reads it back.
+  /// Writes the moment as "2026-12-31T08:05:09", rounded to the second. FromText gives it back. Throws
+  /// std::overflow_error outside the years 100 to 9999.
   std::string ToText() const;
 
   /// The present local date and time, in whole seconds.
@@ -75,9 +76,13 @@ inline constexpr Date NoTime{2.0};
 
 }  // namespace VnZEL10cmn
 
+namespace std {
+
 /// Equal day counts have the same hash.
 template <>
-struct std::hash<VnZEL10cmn::Date> {
+struct hash<VnZEL10cmn::Date> {
   /// The hash of the day count.
   std::size_t operator()(VnZEL10cmn::Date value) const noexcept { return std::hash<double>{}(value.Value()); }
 };
+
+}  // namespace std

@@ -43,12 +43,16 @@ class TextFormatter : public std::formatter<std::string_view> {
 
 }  // namespace VnZEL10cmn
 
+namespace std {
+
 /// std::format of an amount: "6.90".
 template <>
-struct std::formatter<VnZEL10cmn::Currency> : VnZEL10cmn::TextFormatter<VnZEL10cmn::Currency> {};
+struct formatter<VnZEL10cmn::Currency> : VnZEL10cmn::TextFormatter<VnZEL10cmn::Currency> {};
 
 /// std::format of a moment: "2026-12-31T08:05:09".
 template <>
-struct std::formatter<VnZEL10cmn::Date> : VnZEL10cmn::TextFormatter<VnZEL10cmn::Date> {};
+struct formatter<VnZEL10cmn::Date> : VnZEL10cmn::TextFormatter<VnZEL10cmn::Date> {};
+
+}  // namespace std
 
 #endif
