@@ -20,17 +20,19 @@ namespace VnZEL10cmn {
 /// Items stand in slots; a removed one leaves its slot empty until half of them are.
 class ItemStore {
  public:
+  /// What the store holds.
   using Item = std::shared_ptr<IVnZelItem>;
 
   /// Goes through the items in their order.
   class Iterator {
    public:
+    /// A forward iterator, as the standard library describes one.
+    /// @{
     using iterator_category = std::forward_iterator_tag;
     using value_type = Item;
     using difference_type = std::ptrdiff_t;
     using pointer = const Item*;
     using reference = const Item&;
-
     Iterator() = default;
     reference operator*() const noexcept { return *at_; }
     pointer operator->() const noexcept { return at_; }
@@ -44,6 +46,9 @@ class ItemStore {
       ++*this;
       return before;
     }
+    /// @}
+
+    /// Whether both are at the same item.
     friend bool operator==(const Iterator& left, const Iterator& right) noexcept {
       return left.at_ == right.at_;
     }
@@ -65,7 +70,9 @@ class ItemStore {
   ItemStore(const ItemStore&) = delete;
   ItemStore& operator=(const ItemStore&) = delete;
 
+  /// At the first item.
   Iterator begin() const noexcept { return {slots_.data() + first_, slots_.data() + slots_.size()}; }
+  /// Behind the last item.
   Iterator end() const noexcept { return {slots_.data() + slots_.size(), slots_.data() + slots_.size()}; }
 
   /// Number of items.
@@ -86,8 +93,9 @@ class ItemStore {
   /// Removes the item at a position that exists, counted from 0.
   void RemoveAt(std::size_t position) { RemoveSlot(SlotAt(position)); }
 
-  /// Removes an item, or the one with an instance ID, if it is here.
+  /// Removes an item if it is here.
   void Remove(const Item& item) { RemoveFound(FindSlotOf(item)); }
+  /// Removes the item with an instance ID if there is one.
   void Remove(std::string_view id) { RemoveFound(FindSlot(id)); }
 
   /// Removes all items.
