@@ -31,10 +31,13 @@ check_tidy() {
   require_packages "${build_packages[@]}" clang-tidy
   cmake --preset release ${cmake_options[@]+"${cmake_options[@]}"} >/dev/null || fail "cmake failed"
   if (($# == 0)); then
-    local folders='(VnZEL10cmn|softdevice|tools)'
-    mapfile -t < <(sed -nE "s|^ *\"file\": \"($root/$folders/.*)\",?$|\1|p" build/release/compile_commands.json | sort -u)
-    ((${#MAPFILE[@]} > 0)) || fail "no sources to check"
-    set -- "${MAPFILE[@]}"
+    local source
+    while read -r source; do
+      case $source in
+        "$root"/VnZEL10cmn/* | "$root"/softdevice/* | "$root"/tools/*) set -- "$@" "$source" ;;
+      esac
+    done < <(sed -n 's/^ *"file": "\(.*\)",\{0,1\}$/\1/p' build/release/compile_commands.json | sort -u)
+    (($# > 0)) || fail "no sources to check"
   fi
   printf '%s\0' "$@" | xargs -0 -n 1 -P "$(nproc)" bash -c 'tidy "$1"' tidy
 }
