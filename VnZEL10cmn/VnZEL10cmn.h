@@ -38,5 +38,6 @@
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
 #include "VnZEL10cmn/types/Export.h"
+#include "VnZEL10cmn/types/Formatters.h"
 #include "VnZEL10cmn/types/ListIterator.h"
 #include "VnZEL10cmn/types/RunTimeFaults.h"

@@ -8,6 +8,7 @@
 #include "VnZEL10cmn/types/RunTimeFaults.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 #include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Integers.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn::internal {
@@ -16,10 +17,6 @@ namespace {
 
 constexpr int kMaxDigits = 28;
 constexpr int kMaxScale = 28;
-
-std::uint64_t Magnitude(std::int64_t value) {
-  return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
-}
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -176,11 +173,7 @@ Currency Decimal::RoundedEven() const {
   if (scale_ <= 4) {
     return CurrencyFromMagnitude(negative_, magnitude_ * PowerOfTen(4 - scale_));
   }
-  const Uint128 unit = PowerOfTen(scale_ - 4);
-  const Uint128 whole = magnitude_ / unit;
-  const Uint128 twice = magnitude_ % unit * 2;
-  const bool up = twice > unit || (twice == unit && whole % 2 == 1);
-  return CurrencyFromMagnitude(negative_, whole + (up ? 1 : 0));
+  return CurrencyFromMagnitude(negative_, QuotientHalfToEven(magnitude_, PowerOfTen(scale_ - 4)));
 }
 
 }  // namespace VnZEL10cmn::internal
