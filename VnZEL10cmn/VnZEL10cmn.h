@@ -1,8 +1,5 @@
 #pragma once
 
-#include "VnZEL10cmn/booking/DeviceDocument.h"
-#include "VnZEL10cmn/booking/ItemHolder.h"
-#include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/booking/clsZelTransAct.h"
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
@@ -15,6 +12,8 @@
 #include "VnZEL10cmn/device/ZelTags.h"
 #include "VnZEL10cmn/device/ZelXmlTags.h"
 #include "VnZEL10cmn/device/clsZelBaseCoding.h"
+#include "VnZEL10cmn/document/DeviceDocument.h"
+#include "VnZEL10cmn/document/ItemHolder.h"
 #include "VnZEL10cmn/errors/IVnLogItem.h"
 #include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/errors/VnObject.h"
@@ -23,6 +22,7 @@
 #include "VnZEL10cmn/errors/clsVnLogFile.h"
 #include "VnZEL10cmn/errors/clsVnLogItem.h"
 #include "VnZEL10cmn/items/IVnZelItem.h"
+#include "VnZEL10cmn/items/ZELHashFmt.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/items/clsZelItemCash.h"
@@ -38,5 +38,6 @@
 #include "VnZEL10cmn/types/Currency.h"
 #include "VnZEL10cmn/types/Date.h"
 #include "VnZEL10cmn/types/Export.h"
+#include "VnZEL10cmn/types/Formatters.h"
 #include "VnZEL10cmn/types/ListIterator.h"
 #include "VnZEL10cmn/types/RunTimeFaults.h"

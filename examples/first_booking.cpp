@@ -31,9 +31,10 @@ int main() try {
   booking.Operator("Anna");
 
   const auto coffee = std::make_shared<clsZelItemCash>();
-  coffee->SetItemData(1, "Kaffee", "Tasse", Currency(2.80));  // the first price: standard rate
+  coffee->SetItemData(1, "Kaffee", "Tasse", Currency::FromText("2.80"));  // the first price: standard rate
   const auto bread = std::make_shared<clsZelItemCash>();
-  bread->SetItemData(2, "Roggenbrot", "Stk.", 0, Currency(6.90));  // the second price: reduced rate
+  const Currency loaf = Currency::FromText("3.45");
+  bread->SetItemData(2, "Roggenbrot", "Stk.", 0, 2 * loaf);  // the second price: reduced rate
   if (!booking.AddItem(coffee) || !booking.AddItem(bread)) {
     return Failed(booking);
   }
@@ -79,8 +80,8 @@ int main() try {
   if (!archived.XmlHandler(document, false)) {
     return Failed(archived);
   }
-  std::cout << "signed for " << archived.ZelRespTpID() << ", items " << archived.ItemCount() << ", signature "
-            << archived.ZelRespSignature() << '\n';
+  std::cout << archived.TransactionDate() << ": signed for " << archived.ZelRespTpID() << ", items "
+            << archived.ItemCount() << ", signature " << archived.ZelRespSignature() << '\n';
   return EXIT_SUCCESS;
 } catch (const softdevice::DeviceError& error) {
   std::cerr << error.what() << '\n';

@@ -74,7 +74,7 @@ int main() try {
     return EXIT_FAILURE;
   }
   std::cout << closing.ToString() << '\n';
-  std::cout << "standard rate: " << closing.Container(1)->Turnover().Scaled() / 100 << " cents\n";
+  std::cout << "standard rate: " << closing.Container(1)->Turnover() << " EUR\n";
 
   // 3. Both documents, for the archive. That of the data record doesn't hold the data: keep it as well.
   std::string recordXml;

@@ -1127,6 +1127,187 @@ void WriteOperations(Folder& folder) {
   }
 }
 
+/// Operations whose arguments are their own results, or texts of the objects.
+void WriteAliases(Folder& folder) {
+  constexpr int kFill = 0;
+  constexpr int kErrors = 1;
+  constexpr int kHelper = 2;
+  constexpr int kReader = 4;
+  constexpr int kWriter = 5;
+  constexpr int kCoder = 6;
+  constexpr int kItem = 7;
+  constexpr int kList = 8;
+  constexpr int kBooking = 9;
+  constexpr int kReport = 10;
+  constexpr int kRecord = 11;
+  constexpr int kRates = 12;
+  constexpr int kPrint = 13;
+  const auto seed = [](std::initializer_list<Bytes> steps) { return Seed{}.Add(Joined(steps)); };
+  const auto text = [](int number, std::string_view content) {
+    return Seed{kFill, 0, number}.Piece(content).Value();
+  };
+  const auto array = [](const Bytes& bytes, int start = 0) {
+    return Seed{kFill, 1, 0, 0}.Piece(bytes).Add(start).Value();
+  };
+  const auto ascii = [&array](std::string_view content, int start = 0) {
+    return array({content.begin(), content.end()}, start);
+  };
+  const auto type = [](ZELSerialType value) {
+    return static_cast<std::uint8_t>(static_cast<int>(value) + 1);
+  };
+  // Which text: that of a variable, the characters of an array from an offset on, one of an error object.
+  const Bytes own = {0, 0, 0};
+  const Bytes standing = {3, 0, 0};
+  const Bytes standingPart = {3, 0, 1, 1, 6};
+  const Bytes message = {7, 0, 0};
+  const Bytes function = {7, 1, 0};
+  const Bytes failure = {kHelper, 5, 21, 0};  // an empty text is no Base64
+
+  folder.Write("aliases", "seed-read-binary",
+               seed({array(Record(ZelTags::Operator, {1, 2, 3})), {kReader, 0, 0, 0, 0, 127}}));
+  folder.Write("aliases", "seed-read-empty",
+               seed({array(Record(ZelTags::Vat_AddOn, {})), {kReader, 0, 0, 0, 0, 127}}));
+  folder.Write("aliases", "seed-read-signature", seed({array(Signature()), {kReader, 2, 0, 0}}));
+  folder.Write("aliases", "seed-read-signature-text",
+               seed({text(0, "-"), array(Signature()), {kReader, 13, 0, 0, 5}, own, {0}}));
+  folder.Write("aliases", "seed-read-serial",
+               seed({array(Record(ZelTags::Serial_No, {0x41, 0xE4})), {kReader, 7, 0, 0, 1, 0, 1}}));
+  folder.Write("aliases", "seed-read-currency",
+               seed({array(Record(ZelTags::Currency, {0x03, 0xD2})), {kReader, 11, 0}}));
+  folder.Write("aliases", "seed-check", seed({array(Record(ZelTags::Currency, {3})), {kReader, 12, 0, 0}}));
+  folder.Write("aliases", "seed-write-itself", seed({array({1, 2, 3}), {kWriter, 0, 0, 198, 0}}));
+  for (const int writer : {4, 6, 8, 9}) {
+    for (const int start : {0, 1, 3}) {
+      const auto step = static_cast<std::uint8_t>(writer);
+      folder.Write("aliases", "seed-write-" + std::to_string(writer) + "-" + std::to_string(start),
+                   seed({ascii("0123456789", start), {kWriter, step, 0, 198}, standingPart, {1}}));
+    }
+  }
+  folder.Write("aliases", "seed-write-signed",
+               seed({ascii("123456D000", 1), {kWriter, 7, 0, 216}, {3, 0, 1, 0, 7}}));
+  folder.Write("aliases", "seed-write-umlaut",
+               seed({ascii("aüb.......", 0), {kWriter, 4, 0, 198}, {3, 0, 1, 0, 4}}));
+  folder.Write("aliases", "seed-write-hash",
+               seed({ascii("AAECAwQFBgcICQoLDA0ODxAREhM="), {kWriter, 10, 0, 199}, standing, {1}}));
+  folder.Write("aliases", "seed-base64", seed({ascii("QUJDREVGR0g="), {kHelper, 5}, standing, {0}}));
+  folder.Write("aliases", "seed-base64-damaged", seed({ascii("QUJDREV#"), {kHelper, 5}, standing, {0}}));
+  folder.Write("aliases", "seed-base64-replaced",
+               seed({ascii("-_8="), {kHelper, 7}, standing, {0}, {3, 0, 1, 0, 1}, {3, 0, 1, 1, 1}}));
+  folder.Write("aliases", "seed-base64-out",
+               seed({text(0, "-"), array({0xFB, 0xFF}), {kHelper, 3, 0, 0, 0, 0, 0}, own, {24, 1, 95, 0}}));
+  folder.Write("aliases", "seed-hexadecimal", seed({ascii("0aFF-1022"), {kHelper, 9}, standing, {0}}));
+  folder.Write("aliases", "seed-hexadecimal-out",
+               seed({text(0, ":"), array({1, 2, 3}), {kHelper, 11, 0, 0}, own, {2}}));
+  folder.Write("aliases", "seed-hashes",
+               seed({ascii("abc"),
+                     {kHelper, 13, 0, 0, 1},
+                     {kHelper, 12},
+                     standing,
+                     {0, 0},
+                     text(0, "abc"),
+                     {kHelper, 14},
+                     own,
+                     {0, 1}}));
+  folder.Write(
+      "aliases", "seed-lines",
+      seed({text(0, "a\r\nb"), {kHelper, 0}, own, {kHelper, 0, 6, 1, 0}, failure, {kHelper, 0}, message}));
+  folder.Write("aliases", "seed-error-texts",
+               seed({failure,
+                     {kHelper, 14},
+                     function,
+                     {0, 0},
+                     failure,
+                     {kErrors, 0},
+                     message,
+                     message,
+                     function,
+                     function,
+                     {5, 1},
+                     {kErrors, 0},
+                     {9, 0, 0},
+                     {9, 1, 0},
+                     {9, 2, 0},
+                     {9, 0, 0},
+                     {7, 0}}));
+  folder.Write("aliases", "seed-messages",
+               seed({failure,
+                     {kErrors, 6},
+                     message,
+                     function,
+                     message,
+                     function,
+                     {kErrors, 6},
+                     {14, 0},
+                     {15, 1, 0},
+                     {14, 0},
+                     {15, 0, 0}}));
+  folder.Write(
+      "aliases", "seed-element",
+      seed({text(0, "<transactionRequest> AQI= </transactionRequest>"), {kCoder, 0}, own, {4, 0, 0}}));
+  folder.Write("aliases", "seed-separator",
+               seed({text(0, "-"), array({1, 2, 3, 4}), {kCoder, 1, 0, 0, 2}, own, {0}}));
+  folder.Write("aliases", "seed-item",
+               seed({{kItem, 0, 0}, {17, 0, 0}, {16, 0, 0}, {2}, {kItem, 2, 0, 16, 0, 1, 5, 9}}));
+  folder.Write("aliases", "seed-list",
+               seed({{kList, 3, 0, 33},
+                     {kList, 3, 0, 34},
+                     {kList, 3, 0, 64},
+                     {kList, 3, 1, 65},
+                     {18, 0},
+                     {0},
+                     text(0, "-"),
+                     {kList, 0, 7, 0},
+                     own}));
+  folder.Write("aliases", "seed-list-items",
+               seed({array(OneItem()), {kList, 2, 0, 0}, {kFill, 3, 0}, {kList, 1, 0}}));
+  folder.Write("aliases", "seed-booking",
+               seed({{kBooking, 4, 0, 33},
+                     {kBooking, 0, 16, 0, 0},
+                     {kFill, 3, 0},
+                     {kBooking, 2, 1, type(ZELSerialType::Request), 0},
+                     array(BookingResponse()),
+                     {kBooking, 2, 2, type(ZELSerialType::Response), 0, 0},
+                     {kBooking, 2, 0, 0, 1, 5},
+                     {kBooking, 2, 0, 0, 0, 5},
+                     {kBooking, 1, 1},
+                     {kBooking, 4, 1, 64},
+                     own,
+                     {0}}));
+  folder.Write("aliases", "seed-report",
+               seed({{kReport, 3, 0, 33},
+                     {kReport, 0, 19, 1, 0},
+                     {kFill, 3, 0},
+                     {kReport, 1, 1, type(ZELSerialType::Request), 0, 1},
+                     array(ShortReportResponse()),
+                     {kReport, 1, 2, type(ZELSerialType::Response), 0, 0},
+                     {kReport, 1, 0, 0, 1, 5},
+                     {kReport, 1, 0, 0, 0, 5}}));
+  folder.Write("aliases", "seed-record",
+               seed({array({1, 2, 3}),
+                     {kRecord, 2, type(ZELSerialType::BinaryData), 0, 0},
+                     array(Bytes(100, 0)),
+                     {kRecord, 1, type(ZELSerialType::Request), 0},
+                     array(BookingResponse()),
+                     {kRecord, 2, type(ZELSerialType::Response), 0, 0},
+                     {kRecord, 0, 0, 1, 5},
+                     {kRecord, 0, 0, 0, 5}}));
+  folder.Write("aliases", "seed-rates",
+               seed({Seed{kFill, 4}.Number(1'190'000, 8).Value(),
+                     {kRates, 0, 1, 0, 1, 0},
+                     {kRates, 1},
+                     array(Container(ZelTags::Container_Vat_1)),
+                     {kRates, 2, 0},
+                     {kFill, 3, 0},
+                     {kRates, 3, 0}}));
+  folder.Write("aliases", "seed-print",
+               seed({{kPrint, 0, 0, 0},
+                     {kPrint, 1, 0, 1},
+                     {kPrint, 0, 1},
+                     {kPrint, 1, 2},
+                     {kPrint, 0, 3},
+                     {kPrint, 1, 3}}));
+}
+
 void WriteDevices(Folder& folder) {
   constexpr int kActive = 0;
   constexpr int kNew = 1;
@@ -1196,6 +1377,7 @@ int Run(int argc, char** argv) {
   WriteCodecs(folder);
   WriteRoundings(folder);
   WriteOperations(folder);
+  WriteAliases(folder);
   WriteDevices(folder);
   return EXIT_SUCCESS;
 }

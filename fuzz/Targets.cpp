@@ -24,6 +24,7 @@ std::span<const Target> Targets() {
       Target{"codecs", Codecs},
       Target{"rounding", Rounding},
       Target{"operations", Operations},
+      Target{"aliases", Aliases},
 #ifdef FUZZ_SOFTDEVICE
       Target{"device", Device},
 #endif

@@ -26,6 +26,7 @@ void DataRecordXml(Bytes data);
 void Codecs(Bytes data);
 void Rounding(Bytes data);
 void Operations(Bytes data);
+void Aliases(Bytes data);
 void Device(Bytes data);
 
 struct Target {

@@ -4,8 +4,11 @@
 #include <utility>
 
 #include "VnZEL10cmn/booking/internal/ContainerTurnover.h"
-#include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
+#include "VnZEL10cmn/document/internal/DocumentDates.h"
+#include "VnZEL10cmn/document/internal/DocumentTexts.h"
+#include "VnZEL10cmn/document/internal/DocumentXml.h"
 #include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/CashItemAccess.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
@@ -428,10 +431,10 @@ bool clsZelTransAct::EncodeXML(std::string& xmlData, std::int32_t intent) {
                             internal::RequestAndResponseLengths(rqstData_.size(), respData_.size()))),
                 "EncodeXML");
   }
-  xmlData = internal::Document("transactionEncoded",
-                               {internal::Element("itemListEncoded", itemListText_),
-                                internal::Element("transactionRequest", rqstData_),
-                                internal::Element("transactionResponse", respData_)},
+  xmlData = internal::Document(ZelXmlTags::Transaction,
+                               {internal::Element(ZelXmlTags::ItemList, itemListText_),
+                                internal::Element(ZelXmlTags::TransRequest, rqstData_),
+                                internal::Element(ZelXmlTags::TransResponse, respData_)},
                                intent);
   return true;
 }
@@ -452,9 +455,11 @@ bool clsZelTransAct::DecodeXML(std::string_view xmlData) {
                       document)) {
     return false;
   }
-  if (!ReadXmlBytes(
-          document, {ZelXmlTags::ItemList, internal::kItemsNotFound, "", internal::kNoItems, missing},
-          "Base64-Konvertierung der Postendaten fehlgeschlagen!", ".[FromBase64String]", bytes, &profile)) {
+  if (!ReadXmlBytes(document,
+                    {ZelXmlTags::ItemList, "Das Ermitteln der Postenliste schlug fehl!", "",
+                     internal::kNoItems, missing},
+                    "Base64-Konvertierung der Postendaten fehlgeschlagen!", ".[FromBase64String]", bytes,
+                    &profile)) {
     return false;
   }
   if (!profile.empty()) {

@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "VnZEL10cmn/booking/ItemHolder.h"
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/booking/clsZelVatList.h"
+#include "VnZEL10cmn/document/ItemHolder.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/types/Export.h"
 

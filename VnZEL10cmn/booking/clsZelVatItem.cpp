@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/document/internal/DocumentDates.h"
 #include "VnZEL10cmn/items/internal/VatClass.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 
@@ -47,15 +48,9 @@ Currency VatOfNet(Currency price, Currency rate) {
 
 }  // namespace
 
-Date clsZelVatItem::EarliestDate() {
-  static const Date earliest = Date::FromCivil(2000, 1, 1);
-  return earliest;
-}
+Date clsZelVatItem::EarliestDate() { return internal::EarliestDate(); }
 
-Date clsZelVatItem::LatestDate() {
-  static const Date latest = Date::FromCivil(2099, 12, 31, 23, 59, 59);
-  return latest;
-}
+Date clsZelVatItem::LatestDate() { return internal::LatestDate(); }
 
 clsZelVatItem::clsZelVatItem()
     : VnObject("clsZelVatItem"),

@@ -7,6 +7,7 @@
 #include <span>
 #include <type_traits>
 
+#include "VnZEL10cmn/codec/internal/KeptText.h"
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/errors/internal/Refusal.h"
@@ -399,24 +400,28 @@ Currency clsHelper01::RoundCmrc(Currency Value, std::int32_t Digits) {
   });
 }
 
-Currency clsHelper01::RoundCmrc2(Currency Value, std::int32_t Digits) {
+template <class Value>
+Currency clsHelper01::RoundDecimal(Value value, std::int32_t digits) {
   return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+                          [&] { return internal::Decimal(value).RoundedAway(DecimalsOf(digits)); });
 }
 
-Currency clsHelper01::RoundCmrc2(double Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
-}
+Currency clsHelper01::RoundCmrc2(Currency Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
+
+Currency clsHelper01::RoundCmrc2(double Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
+
+Currency clsHelper01::RoundCmrc2(float Value, std::int32_t Digits) { return RoundDecimal(Value, Digits); }
 
 Currency clsHelper01::RoundCmrc2(std::int64_t Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+  return RoundDecimal(Value, Digits);
+}
+
+Currency clsHelper01::RoundCmrc2(std::uint64_t Value, std::int32_t Digits) {
+  return RoundDecimal(Value, Digits);
 }
 
 Currency clsHelper01::RoundCmrc2(std::string_view Value, std::int32_t Digits) {
-  return RunFor<Currency>("RoundCmrc2",
-                          [&] { return internal::Decimal(Value).RoundedAway(DecimalsOf(Digits)); });
+  return RoundDecimal(Value, Digits);
 }
 
 bool clsHelper01::ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start,
@@ -465,8 +470,10 @@ bool clsHelper01::FromBase64String(std::string_view Data, ByteArray& Result, std
         unbroken = Without(Data, kCrLf);
         Data = internal::Trim(unbroken);
       }
-      refusal = isPlain || internal::IsAscii(Data) ? DecodeBase64(Data, replacements, Result)
-                                                   : DecodeBase64(ToUtf16(Data), replacements, Result);
+      const internal::KeptText text(Data, Result);
+      refusal = isPlain || internal::IsAscii(text)
+                    ? DecodeBase64(std::string_view(text), replacements, Result)
+                    : DecodeBase64(ToUtf16(text), replacements, Result);
     }
     return refusal ? Fail(*refusal, operation) : true;
   });
@@ -499,7 +506,8 @@ bool clsHelper01::GetBytesOfBinStr(std::string_view Data, ByteArray& Result) {
       cleaned = Without(Data, "- \r\n");
       Data = cleaned;
     }
-    const auto refusal = DecodeHex(Data, isPlain ? Data.size() : internal::Utf16Length(Data), Result);
+    const internal::KeptText text(Data, Result);
+    const auto refusal = DecodeHex(text, isPlain ? Data.size() : internal::Utf16Length(Data), Result);
     return refusal ? Fail(*refusal, operation) : true;
   });
 }

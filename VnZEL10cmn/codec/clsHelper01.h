@@ -1,8 +1,10 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "VnZEL10cmn/errors/VnObject.h"
@@ -23,8 +25,8 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   clsHelper01();
   ~clsHelper01();
 
-  /// A new GUID: 36 upper-case characters without braces; empty when the system has no address to make one
-  /// from.
+  /// A new GUID: 36 upper-case characters without braces; empty when the system has nothing to make one from
+  /// (no network address, no random numbers).
   std::string CreateGUID();
 
   /// Text in the device's restricted character set (a to z, 0 to 9, "#"): blanks removed, cut to `Length`
@@ -69,13 +71,25 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   /// The same in decimal arithmetic of 28 digits, converted to currency at the end. An overflow (6) or a
   /// text that is not a number in the regional form (13) is filed, user-defined False, and gives 0.
   Currency RoundCmrc2(Currency Value, std::int32_t Digits = 2);
-  /// The same for a double, of which 15 significant digits are taken.
+  /// The same for a double, of which 15 significant digits are taken. Infinities and what is not a number are an
+  /// overflow.
   Currency RoundCmrc2(double Value, std::int32_t Digits = 2);
+  /// The same for a single, of which 7 significant digits are taken: 1.005f gives 1.01, 16777216.0f gives 16777220.
+  Currency RoundCmrc2(float Value, std::int32_t Digits = 2);
   /// The same for an integer.
   Currency RoundCmrc2(std::int64_t Value, std::int32_t Digits = 2);
   /// The same for an integer.
+  Currency RoundCmrc2(std::uint64_t Value, std::int32_t Digits = 2);
+  /// The same for an integer.
   Currency RoundCmrc2(int Value, std::int32_t Digits = 2) {
     return RoundCmrc2(static_cast<std::int64_t>(Value), Digits);
+  }
+  /// The same for any other integer. A character is its code, not the digit that it shows; true is 1.
+  template <std::integral Integer>
+  requires(sizeof(Integer) <= sizeof(std::int64_t)) Currency
+      RoundCmrc2(Integer Value, std::int32_t Digits = 2) {
+    using Widest = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    return RoundCmrc2(static_cast<Widest>(Value), Digits);
   }
   /// The same for a numeric text.
   Currency RoundCmrc2(std::string_view Value, std::int32_t Digits = 2);
@@ -131,6 +145,10 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   bool GetSHA256Hash1(const ByteArray& Data, ByteArray& Result);
   /// SHA-256 of the low bytes of a text's UTF-16 code units, 64 lower-case hexadecimal digits.
   bool GetSHA256Hash2(std::string_view Data, std::string& Result);
+
+ private:
+  template <class Value>
+  Currency RoundDecimal(Value value, std::int32_t digits);
 };
 
 }  // namespace VnZEL10cmn

@@ -2,9 +2,12 @@
 
 #include <utility>
 
-#include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/datarecord/internal/DataPrintEngine.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
+#include "VnZEL10cmn/document/internal/DocumentDates.h"
+#include "VnZEL10cmn/document/internal/DocumentTexts.h"
+#include "VnZEL10cmn/document/internal/DocumentXml.h"
 #include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/DefaultPrintEngine.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -291,9 +294,9 @@ bool clsZelTransActData::EncodeXML(std::string& xmlData, std::int32_t intent) {
         internal::NotEnoughData(internal::RequestAndResponseLengths(rqstData_.size(), respData_.size())),
         "EncodeXML");
   }
-  xmlData = internal::Document("transactionEncoded",
-                               {internal::Element("transactionRequest", rqstData_),
-                                internal::Element("transactionResponse", respData_)},
+  xmlData = internal::Document(ZelXmlTags::Transaction,
+                               {internal::Element(ZelXmlTags::TransRequest, rqstData_),
+                                internal::Element(ZelXmlTags::TransResponse, respData_)},
                                intent);
   return true;
 }

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "VnZEL10cmn/booking/DeviceDocument.h"
-#include "VnZEL10cmn/booking/ZELHashFmt.h"
 #include "VnZEL10cmn/datarecord/ZELDataSignTypes.h"
+#include "VnZEL10cmn/document/DeviceDocument.h"
+#include "VnZEL10cmn/items/ZELHashFmt.h"
 #include "VnZEL10cmn/types/Date.h"
 #include "VnZEL10cmn/types/Export.h"
 

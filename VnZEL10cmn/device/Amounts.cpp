@@ -86,9 +86,14 @@ MaybeRefusal WritePositive(ByteArray& buffer, std::int32_t& start, ZelTags tag, 
   constexpr std::int64_t end = 999999999995000;  // scaled: the first value that is rounded to too many digits
   if (value < Currency() || value.Scaled() >= end) {
     const std::string text = FormatNumber(value, kWhole, ",");
-    return text.size() > kPositiveDigits
-               ? TooManyDigits(ZELErrorCodes::Err_Zel_CnvDataSize, kPositiveDigits, text)
-               : WriteBcd(buffer, start, tag, text, false);
+    if (text.size() > kPositiveDigits) {
+      return TooManyDigits(ZELErrorCodes::Err_Zel_CnvDataSize, kPositiveDigits, text);
+    }
+    // A sign is refused as a character, but not before there is room for it.
+    if (auto refusal = CheckWrite(buffer, start, static_cast<std::int64_t>(text.size() + 1) / 2)) {
+      return refusal;
+    }
+    return WriteBcd(buffer, start, tag, text, false);
   }
   std::array<std::uint8_t, 6> bytes{};
   const auto digits = PackBcd(static_cast<std::uint64_t>(value.Scaled() + 5000) / 10000, bytes, bytes.size());

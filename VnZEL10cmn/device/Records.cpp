@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/types/internal/Text.h"
@@ -261,8 +262,10 @@ MaybeRefusal ReadBinary(const ByteArray& buffer, std::int32_t& start, ByteArray&
   if (auto refusal = CheckRead(buffer, start, limits, tag)) {
     return refusal;
   }
-  result = ByteArray(Value(buffer, start));
-  Advance(start, buffer[start + 1]);
+  // The result may be the buffer itself.
+  ByteArray value(Value(buffer, start));
+  Advance(start, value.size());
+  result = std::move(value);
   return std::nullopt;
 }
 

@@ -93,6 +93,12 @@ std::string_view ProfileOf(std::string_view attributes) {
 
 }  // namespace
 
+std::string_view ElementName(ZelXmlTags tag) {
+  constexpr std::size_t brackets = 3;  // of "</name>"
+  const std::string_view closing = ElementOf(tag).closing;
+  return closing.empty() ? closing : closing.substr(2, closing.size() - brackets);
+}
+
 bool HasElement(std::string_view document, ZelXmlTags tag) {
   const Places places = PlacesOf(ElementOf(tag), document);
   return places.opening != kNowhere || places.closing != kNowhere;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
+#include "VnZEL10cmn/codec/internal/KeptText.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/device/internal/Amounts.h"
 #include "VnZEL10cmn/device/internal/Records.h"
@@ -21,6 +22,7 @@ using internal::CheckRead;
 using internal::CheckWrite;
 using internal::Compose;
 using internal::kCrLf;
+using internal::KeptText;
 using internal::Limits;
 using internal::MaybeRefusal;
 using internal::ReadAmount;
@@ -277,7 +279,8 @@ bool clsZelBaseCoding::SetDataBinary(ByteArray& Buffer, std::int32_t& Start, Zel
 
 bool clsZelBaseCoding::SetDataAscii(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
                                     std::string_view Data) {
-  return Code("SetDataAscii", Start, [&] { return internal::WriteAscii(Buffer, Start, Tag, Data); });
+  return Code("SetDataAscii", Start,
+              [&] { return internal::WriteAscii(Buffer, Start, Tag, KeptText(Data, Buffer)); });
 }
 
 bool clsZelBaseCoding::SetDataBool(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, bool Data) {
@@ -300,7 +303,8 @@ bool clsZelBaseCoding::GetDataBcdSgnd(const ByteArray& Buffer, std::int32_t& Sta
 
 bool clsZelBaseCoding::SetDataBcd(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag, std::string_view Data,
                                   bool LeadZeroOk) {
-  return Code("SetDataBcd", Start, [&] { return internal::WriteBcd(Buffer, Start, Tag, Data, LeadZeroOk); });
+  return Code("SetDataBcd", Start,
+              [&] { return internal::WriteBcd(Buffer, Start, Tag, KeptText(Data, Buffer), LeadZeroOk); });
 }
 
 bool clsZelBaseCoding::SetDataBcdSgnd(ByteArray& Buffer, std::int32_t& Start, ZelTags Tag,
@@ -366,7 +370,7 @@ bool clsZelBaseCoding::SetZelTranspPin(ByteArray& Buffer, std::int32_t& Start, s
     if (auto refusal = CheckWrite(Buffer, Start, length)) {
       return refusal;
     }
-    return internal::WriteAscii(Buffer, Start, ZelTags::Transport_Pin, Pin);
+    return internal::WriteAscii(Buffer, Start, ZelTags::Transport_Pin, KeptText(Pin, Buffer));
   });
 }
 
@@ -394,7 +398,7 @@ bool clsZelBaseCoding::SetZelOperator(ByteArray& Buffer, std::int32_t& Start, st
     if (auto refusal = CheckWrite(Buffer, Start, length)) {
       return refusal;
     }
-    return internal::WriteAscii(Buffer, Start, ZelTags::Operator, Operator);
+    return internal::WriteAscii(Buffer, Start, ZelTags::Operator, KeptText(Operator, Buffer));
   });
 }
 

@@ -86,14 +86,15 @@ clsZelItemCash::clsZelItemCash() : VnObject("clsZelItemCash") {}
 clsZelItemCash::~clsZelItemCash() = default;
 
 std::string clsZelItemCash::InstanceID() {
-  return MakeIdentity() ? platform::GuidText({0, id_}) : std::string();  // GCOVR_EXCL_BR_LINE: Windows only
+  return MakeIdentity() ? platform::GuidText({0, id_}) : std::string();
 }
 
-/// False where the system has no identity to give.
+/// False where the system had no identity to give: lists that have asked rely on the answer.
 bool clsZelItemCash::MakeIdentity() {
-  if (!hasId_) {
+  if (!hasId_ && !isWithoutId_) {
     const platform::NewUuid uuid = platform::CreateUuid();
-    hasId_ = uuid.status != platform::kNoNetworkAddress;
+    isWithoutId_ = uuid.status == platform::kNoUuid;
+    hasId_ = !isWithoutId_;
     id_ = uuid.bytes;
   }
   return hasId_;

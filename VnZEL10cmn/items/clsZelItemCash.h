@@ -26,7 +26,8 @@ class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
   clsZelItemCash();
   ~clsZelItemCash() override;
 
-  /// The item's identity, 36 characters.
+  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it was
+  /// asked for first.
   std::string InstanceID() override;
   /// The item's own error object.
   clsVnError& ErrorObject() override;
@@ -127,6 +128,7 @@ class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
   bool voucher_ = false;
   bool thirdParty_ = false;
   bool hasId_ = false;
+  bool isWithoutId_ = false;  ///< it was asked for when the system had none to give
   std::uint32_t lists_ = 0;
   Currency quantity_ = 1;
   std::array<std::uint8_t, 16> id_{};

@@ -55,7 +55,7 @@ std::optional<std::array<std::uint8_t, kGuidSize>> GuidBytes(std::string_view te
 
 std::string GuidText(const NewUuid& uuid) {
   std::string text;
-  if (uuid.status == kNoNetworkAddress) {
+  if (uuid.status == kNoUuid) {
     return text;
   }
   constexpr std::string_view digits = "0123456789ABCDEF";

@@ -3,9 +3,6 @@
 #include <sys/random.h>
 #endif
 
-#include <cerrno>
-#include <system_error>
-
 #include "VnZEL10cmn/platform/internal/Guid.h"
 
 namespace VnZEL10cmn::platform {
@@ -13,7 +10,8 @@ namespace VnZEL10cmn::platform {
 NewUuid CreateUuid() {
   NewUuid uuid;
   if (getentropy(uuid.bytes.data(), uuid.bytes.size()) != 0) {
-    throw std::system_error(errno, std::generic_category(), "no random numbers");
+    uuid.status = kNoUuid;
+    return uuid;
   }
   // A random UUID says so: version 4, variant 1.
   uuid.bytes[6] = static_cast<std::uint8_t>((uuid.bytes[6] & 0x0F) | 0x40);

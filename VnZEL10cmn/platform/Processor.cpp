@@ -1,7 +1,6 @@
 #include "VnZEL10cmn/platform/internal/Processor.h"
 
 #include <cstddef>
-#include <cstdlib>
 
 #if VNZEL_X86_64
 #ifdef _MSC_VER
@@ -92,13 +91,19 @@ Instructions Permitted(Instructions available, std::string_view list) noexcept {
   return {available.ssse3 && named.ssse3, available.avx2 && named.avx2, available.sha && named.sha};
 }
 
-const Instructions& UsableInstructions() noexcept {
-  static const Instructions usable = [] {
-    const char* const list = std::getenv("VNZEL_INSTRUCTIONS");
-    const Instructions available = ProcessorInstructions();
-    return list == nullptr ? available : Permitted(available, list);
-  }();
+namespace {
+
+Instructions& Usable() noexcept {
+  static Instructions usable = ProcessorInstructions();
   return usable;
+}
+
+}  // namespace
+
+const Instructions& UsableInstructions() noexcept { return Usable(); }
+
+void PermitInstructions(std::string_view list) noexcept {
+  Usable() = Permitted(ProcessorInstructions(), list);
 }
 
 }  // namespace VnZEL10cmn::platform

@@ -4,8 +4,11 @@
 #include <utility>
 
 #include "VnZEL10cmn/booking/clsZelVatItem.h"
-#include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/Records.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
+#include "VnZEL10cmn/document/internal/DocumentDates.h"
+#include "VnZEL10cmn/document/internal/DocumentTexts.h"
+#include "VnZEL10cmn/document/internal/DocumentXml.h"
 #include "VnZEL10cmn/errors/internal/Lent.h"
 #include "VnZEL10cmn/items/internal/VatClass.h"
 #include "VnZEL10cmn/report/internal/DefaultReportEngine.h"
@@ -328,11 +331,11 @@ bool clsZelReport::EncodeXML(std::string& xmlData, std::int32_t intent) {
   std::vector<std::string> elements;
   if (!itemListText_.empty()) {
     const std::string profile = ZelProfile().empty() ? "" : Compose(" profile=\"", ZelProfile(), "\"");
-    elements.push_back(internal::Element("itemListEncoded", itemListText_, profile));
+    elements.push_back(internal::Element(ZelXmlTags::ItemList, itemListText_, profile));
   }
-  elements.push_back(internal::Element("reportRequest", rqstData_));
-  elements.push_back(internal::Element("reportResponse", respData_));
-  xmlData = internal::Document("reportEncoded", elements, intent);
+  elements.push_back(internal::Element(ZelXmlTags::ReportRequest, rqstData_));
+  elements.push_back(internal::Element(ZelXmlTags::ReportRespone, respData_));
+  xmlData = internal::Document(ZelXmlTags::Report, elements, intent);
   return true;
 }
 

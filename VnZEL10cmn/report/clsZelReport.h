@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "VnZEL10cmn/booking/ItemHolder.h"
 #include "VnZEL10cmn/booking/clsZelContainer.h"
 #include "VnZEL10cmn/device/ZelLifeCycle.h"
+#include "VnZEL10cmn/document/ItemHolder.h"
 #include "VnZEL10cmn/items/ZELSerialType.h"
 #include "VnZEL10cmn/items/ZELVatClasses.h"
 #include "VnZEL10cmn/report/ZelReportType.h"

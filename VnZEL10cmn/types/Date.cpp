@@ -3,9 +3,10 @@
 #include <chrono>
 #include <cmath>
 #include <ctime>
-#include <stdexcept>
 
 #include "VnZEL10cmn/platform/internal/LocalTime.h"
+#include "VnZEL10cmn/types/RunTimeFaults.h"
+#include "VnZEL10cmn/types/internal/Format.h"
 
 namespace VnZEL10cmn {
 
@@ -23,6 +24,31 @@ std::chrono::year_month_day CalendarDay(const Date::Civil& parts) {
          std::chrono::day{static_cast<unsigned>(parts.day)};
 }
 
+/// Takes a number of so many digits off the front of `text`.
+std::int32_t TakeNumber(std::string_view& text, std::size_t digits) {
+  std::int32_t number = 0;
+  for (const char digit : text.substr(0, digits)) {
+    if (digit < '0' || digit > '9') {
+      internal::ThrowTypeMismatch();
+    }
+    number = number * 10 + (digit - '0');
+  }
+  if (text.size() < digits) {
+    internal::ThrowTypeMismatch();
+  }
+  text.remove_prefix(digits);
+  return number;
+}
+
+/// Takes the separator off the front of `text`, and the number of two digits behind it.
+std::int32_t TakePart(std::string_view& text, char separator) {
+  if (!text.starts_with(separator)) {
+    internal::ThrowTypeMismatch();
+  }
+  text.remove_prefix(1);
+  return TakeNumber(text, 2);
+}
+
 }  // namespace
 
 bool Date::Exists(const Civil& parts) noexcept {
@@ -35,13 +61,31 @@ Date Date::FromCivil(std::int32_t year, std::int32_t month, std::int32_t day, st
                      std::int32_t minute, std::int32_t second) {
   const Civil parts{year, month, day, hour, minute, second};
   if (!Exists(parts)) {
-    throw std::invalid_argument("no such date");
+    internal::ThrowTypeMismatch();
   }
   const double days = static_cast<double>((sys_days{CalendarDay(parts)} - kDayZero).count());
   const double time = static_cast<double>(hour * 3600 + minute * 60 + second) / kSecondsPerDay;
   // Before the day zero the day count is negative and the time of day still counts away from zero.
   return Date(days < 0 ? days - time : days + time);
 }
+
+Date Date::FromText(std::string_view text) {
+  const std::int32_t year = TakeNumber(text, 4);
+  const std::int32_t month = TakePart(text, '-');
+  const std::int32_t day = TakePart(text, '-');
+  if (text.empty()) {
+    return FromCivil(year, month, day);
+  }
+  const std::int32_t hour = TakePart(text, 'T');
+  const std::int32_t minute = TakePart(text, ':');
+  const std::int32_t second = text.empty() ? 0 : TakePart(text, ':');
+  if (!text.empty()) {
+    internal::ThrowTypeMismatch();
+  }
+  return FromCivil(year, month, day, hour, minute, second);
+}
+
+std::string Date::ToText() const { return internal::FormatIso(*this); }
 
 Date Date::Now() {
   const std::tm local =
@@ -52,9 +96,8 @@ Date Date::Now() {
 }
 
 Date::Civil Date::ToCivil() const {
-  const auto throwOverflow = [] { throw std::overflow_error("date overflow"); };
   if (!(value_ > kFirstDay - 1.0 && value_ < kEndDay)) {
-    throwOverflow();
+    internal::ThrowOverflow();
   }
   double days = std::trunc(value_);
   auto seconds = static_cast<std::int32_t>(std::lround(std::abs(value_ - days) * kSecondsPerDay));
@@ -62,7 +105,7 @@ Date::Civil Date::ToCivil() const {
     seconds = 0;
     days += 1.0;
     if (days >= kEndDay) {
-      throwOverflow();
+      internal::ThrowOverflow();
     }
   }
   const std::chrono::year_month_day day{kDayZero + std::chrono::days{static_cast<std::int32_t>(days)}};

@@ -8,6 +8,7 @@
 #include "VnZEL10cmn/types/RunTimeFaults.h"
 #include "VnZEL10cmn/types/internal/Decimal.h"
 #include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Integers.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn::internal {
@@ -16,10 +17,6 @@ namespace {
 
 constexpr int kMaxDigits = 28;
 constexpr int kMaxScale = 28;
-
-std::uint64_t Magnitude(std::int64_t value) {
-  return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
-}
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -77,21 +74,28 @@ Decimal::Decimal(Currency value) noexcept
 
 Decimal::Decimal(std::int64_t value) noexcept : negative_(value < 0), magnitude_(Magnitude(value)) {}
 
-Decimal::Decimal(double value) {
+Decimal::Decimal(std::uint64_t value) noexcept : magnitude_(value) {}
+
+Decimal::Decimal(double value) : Decimal(value, 15) {}
+
+Decimal::Decimal(float value) : Decimal(static_cast<double>(value), 7) {}
+
+Decimal::Decimal(double value, int significantDigits) {
   if (!std::isfinite(value)) {
     ThrowOverflow();
   }
   std::array<char, 32> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                 std::chars_format::scientific, 14)
+                                 std::chars_format::scientific, significantDigits - 1)
                        .ptr;
   const std::string_view text(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
   // d.dddddddddddddde+xx
+  const auto decimals = static_cast<std::size_t>(significantDigits - 1);
   std::string digits(text.substr(0, 1));
-  digits.append(text.substr(2, 14));
-  std::string_view rest = text.substr(17);
+  digits.append(text.substr(2, decimals));
+  std::string_view rest = text.substr(2 + decimals + 1);
   negative_ = value < 0;
-  Assign(digits, TakeExponent(rest) - 14);
+  Assign(digits, TakeExponent(rest) - (significantDigits - 1));
 }
 
 Decimal::Decimal(std::string_view text) {
@@ -169,11 +173,7 @@ Currency Decimal::RoundedEven() const {
   if (scale_ <= 4) {
     return CurrencyFromMagnitude(negative_, magnitude_ * PowerOfTen(4 - scale_));
   }
-  const Uint128 unit = PowerOfTen(scale_ - 4);
-  const Uint128 whole = magnitude_ / unit;
-  const Uint128 twice = magnitude_ % unit * 2;
-  const bool up = twice > unit || (twice == unit && whole % 2 == 1);
-  return CurrencyFromMagnitude(negative_, whole + (up ? 1 : 0));
+  return CurrencyFromMagnitude(negative_, QuotientHalfToEven(magnitude_, PowerOfTen(scale_ - 4)));
 }
 
 }  // namespace VnZEL10cmn::internal

@@ -1,18 +1,16 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 #include "VnZEL10cmn/types/internal/Format.h"
+#include "VnZEL10cmn/types/internal/Integers.h"
 
 namespace VnZEL10cmn::internal {
 
 namespace {
 
 constexpr std::array<std::uint64_t, 5> kPowers = {1, 10, 100, 1000, 10000};
-
-std::uint64_t Magnitude(std::int64_t value) {
-  return value < 0 ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
-}
 
 /// value / 10^places, half up.
 std::uint64_t DropDecimals(std::uint64_t value, int places) {
@@ -114,6 +112,19 @@ std::string FormatDateTime(Date value, const RegionalSettings& settings) {
 
 std::string FormatDateMinutes(Date value, const RegionalSettings& settings) {
   return DateAndTime(value.ToCivil(), settings);
+}
+
+std::string FormatIso(Date value) {
+  const Date::Civil parts = value.ToCivil();
+  std::string text;
+  AppendPadded(text, parts.year, 4);
+  for (const auto& [separator, part] :
+       {std::pair{'-', parts.month}, std::pair{'-', parts.day}, std::pair{'T', parts.hour},
+        std::pair{':', parts.minute}, std::pair{':', parts.second}}) {
+    text.push_back(separator);
+    AppendPadded(text, part, 2);
+  }
+  return text;
 }
 
 }  // namespace VnZEL10cmn::internal

@@ -20,10 +20,13 @@
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
 #include "VnZEL10cmn/platform/internal/Processor.h"
+#include "tests/support/Instructions.h"
 
 using VnZEL10cmn::platform::Instructions;
+using VnZEL10cmn::platform::PermitInstructions;
 using VnZEL10cmn::platform::Permitted;
 using VnZEL10cmn::platform::ProcessorInstructions;
+using VnZEL10cmn::platform::UsableInstructions;
 namespace internal = VnZEL10cmn::internal;
 
 namespace {
@@ -49,6 +52,23 @@ TEST(PermittedInstructions, AreTheSameWhenAllAre) {
 
 TEST(PermittedInstructions, OtherNamesArePassedOver) {
   EXPECT_EQ(Permitted(kAll, ",SHA,avx512,,sha ,avx2,"), (Instructions{false, true, false}));
+}
+
+/// What this program was told to use, or all that the processor has.
+Instructions Expected() {
+  const auto permitted = test::PermittedInstructions();
+  return permitted ? Permitted(ProcessorInstructions(), *permitted) : ProcessorInstructions();
+}
+
+TEST(UsableInstructions, AreThoseThatTheProgramWasTold) { EXPECT_EQ(UsableInstructions(), Expected()); }
+
+TEST(UsableInstructions, AreThosePermittedLast) {
+  for (const std::string_view list : {"ssse3", "", "ssse3,avx2", "sha", "ssse3,avx2,sha"}) {
+    PermitInstructions(list);
+    EXPECT_EQ(UsableInstructions(), Permitted(ProcessorInstructions(), list)) << list;
+  }
+  PermitInstructions(test::PermittedInstructions().value_or("ssse3,avx2,sha"));
+  EXPECT_EQ(UsableInstructions(), Expected());
 }
 
 #if VNZEL_X86_64

@@ -6,6 +6,7 @@
 #include <locale>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "VnZEL10cmn/codec/clsHelper01.h"
@@ -209,6 +210,77 @@ TEST(RoundCmrc2, TakesIntegers) {
   ExpectFault2(smallest, 6);
 }
 
+template <class Integer>
+class RoundCmrc2OfIntegers : public testing::Test {};
+
+using IntegerTypes =
+    testing::Types<signed char, unsigned char, char, short, unsigned short, int, unsigned, long,
+                   unsigned long, long long, unsigned long long, wchar_t, char8_t, char16_t, char32_t>;
+TYPED_TEST_SUITE(RoundCmrc2OfIntegers, IntegerTypes);
+
+TYPED_TEST(RoundCmrc2OfIntegers, GivesTheirValue) {
+  EXPECT_EQ(Round2(static_cast<TypeParam>(5)), 50000);
+  EXPECT_EQ(Round2(static_cast<TypeParam>(0)), 0);
+  EXPECT_EQ(Round2(static_cast<TypeParam>(127), 0), 1270000);
+  if constexpr (std::is_signed_v<TypeParam>) {
+    EXPECT_EQ(Round2(static_cast<TypeParam>(-128)), -1280000);
+  } else if constexpr (sizeof(TypeParam) == 1) {
+    EXPECT_EQ(Round2(static_cast<TypeParam>(255)), 2550000);
+  }
+}
+
+TEST(RoundCmrc2, TakesLiteralsOfEveryIntegerType) {
+  clsHelper01 helper;
+  EXPECT_EQ(helper.RoundCmrc2(5u).Scaled(), 50000);
+  EXPECT_EQ(helper.RoundCmrc2(5L).Scaled(), 50000);
+  EXPECT_EQ(helper.RoundCmrc2(-5LL).Scaled(), -50000);
+  EXPECT_EQ(helper.RoundCmrc2(5ULL, 0).Scaled(), 50000);
+  EXPECT_EQ(helper.RoundCmrc2('\x05').Scaled(), 50000);
+  EXPECT_EQ(helper.RoundCmrc2(true).Scaled(), 10000);
+  EXPECT_EQ(helper.RoundCmrc2(false).Scaled(), 0);
+  enum { five = 5 };
+  EXPECT_EQ(helper.RoundCmrc2(five).Scaled(), 50000);
+}
+
+TEST(RoundCmrc2, IntegersBeyondTheRangeOverflow) {
+  EXPECT_EQ(Round2(922337203685477ULL), 9223372036854770000);
+  EXPECT_EQ(Round2(4294967295U), 42949672950000);
+  ExpectFault2(922337203685478ULL, 6);
+  ExpectFault2(9223372036854775807ULL, 6);
+  ExpectFault2(9223372036854775808ULL, 6);
+  ExpectFault2(18446744073709551615ULL, 6);
+  ExpectFault2(18446744073709551615ULL, 6, 0);
+}
+
+// 1.005 and 2.675 lie below their written values in binary; their first 7 digits are the written ones.
+TEST(RoundCmrc2, Takes7SignificantDigitsOfASingle) {
+  EXPECT_EQ(Round2(1.005F), 10100);
+  EXPECT_EQ(Round2(-1.005F), -10100);
+  EXPECT_EQ(Round2(2.675F), 26800);
+  EXPECT_EQ(Round2(2.345F), 23500);
+  EXPECT_EQ(Round2(0.1F + 0.2F), 3000);
+  EXPECT_EQ(Round2(0.0F), 0);
+  EXPECT_EQ(Round2(-0.0F), 0);
+  EXPECT_EQ(Round2(0.5F, 0), 10000);
+  EXPECT_EQ(Round2(1.0004999F, 3), 10010);
+  EXPECT_EQ(Round2(1.000499F, 3), 10000);
+  EXPECT_EQ(Round2(123456.789F), 1234568000);
+  EXPECT_EQ(Round2(16777216.0F), 167772200000);
+  EXPECT_EQ(Round2(1e-30F), 0);
+  EXPECT_EQ(Round2(std::numeric_limits<float>::denorm_min()), 0);
+  EXPECT_EQ(Round2(9.223372e14F), 9223372000000000000);
+}
+
+TEST(RoundCmrc2, SinglesOutsideTheRangeOverflow) {
+  ExpectFault2(9.3e14F, 6);
+  ExpectFault2(-9.3e14F, 6);
+  ExpectFault2(1e20F, 6);
+  ExpectFault2(std::numeric_limits<float>::max(), 6);
+  ExpectFault2(std::numeric_limits<float>::infinity(), 6);
+  ExpectFault2(-std::numeric_limits<float>::infinity(), 6);
+  ExpectFault2(std::numeric_limits<float>::quiet_NaN(), 6);
+}
+
 TEST(RoundCmrc2, TakesTextsInTheRegionalForm) {
   EXPECT_EQ(Round2("1.234,5"), 12345000);
   EXPECT_EQ(Round2(std::string_view("1234,5")), 12345000);
@@ -312,6 +384,16 @@ TEST(RoundingProperties, DoublesAndTextsOfAnAmountRoundLikeTheAmount) {
     RC_ASSERT(helper.RoundCmrc2(static_cast<double>(scaled) / 10000.0, digits).Scaled() ==
               Expected(scaled, digits));
     RC_ASSERT(helper.RoundCmrc2(text, digits).Scaled() == Expected(scaled, digits));
+  }));
+}
+
+TEST(RoundingProperties, SinglesOfSevenDigitsRoundLikeTheAmount) {
+  EXPECT_TRUE(rc::check("RoundCmrc2 of a single", [] {
+    const auto scaled = *rc::gen::inRange<std::int64_t>(-9999999, 9999999);
+    const auto digits = *rc::gen::inRange(0, 4);
+    clsHelper01 helper;
+    RC_ASSERT(helper.RoundCmrc2(static_cast<float>(static_cast<double>(scaled) / 10000.0), digits).Scaled() ==
+              Expected(scaled, digits));
   }));
 }
 

@@ -1777,6 +1777,55 @@ TEST(ZelValsPos, RefusesNegativeNumbersAsDigits) {
   EXPECT_EQ(start, 0);
 }
 
+TEST(ZelValsPos, RoomIsCheckedBeforeTheDigits) {
+  clsZelBaseCoding coding;
+  const auto refuse = [&coding](ByteArray buffer, std::int32_t at, std::int64_t value, int number,
+                                std::string_view message) {
+    const ByteArray before = buffer;
+    std::int32_t start = at;
+    EXPECT_FALSE(coding.SetZelValsPos(buffer, start, ZelTags::Trnvr_Counter, value));
+    ExpectError(coding.ErrorObject(), number, true, "SetZelValsPos", message);
+    EXPECT_EQ(start, at);
+    EXPECT_EQ(buffer, before);
+  };
+  refuse({}, 0, -5, 9203,
+         "Die Startposition ist ungültig\r\n"
+         "    Startposition ...: 0\r\n"
+         "    Untergrenze .....: 0\r\n"
+         "    Obergrenze ......: -1");
+  refuse(ByteArray::WithBounds(-1, 2), 0, -5, 9202,
+         "Die Untergrenze des Datenfeldes ist nicht \"0\"\r\n"
+         "Untergrenze: -1");
+  refuse(Filled(4), 3, -5, 9205,
+         "Die Startposition ist ungültig, es kann keine Längenangabe folgen\r\n"
+         "    Startposition ...: 3\r\n"
+         "    Obergrenze ......: 3");
+  refuse(Filled(2), 0, -5, 9204,
+         "Der Datenpuffer ist zu klein.\r\n"
+         "    Startposition ...: 0\r\n"
+         "    Länge ...........: 1\r\n"
+         "    Schreibende .....: 2\r\n"
+         "    Obergrenze ......: 1");
+  // The sign takes the place of a digit: three characters need two bytes.
+  refuse(Filled(3), 0, -12, 9204,
+         "Der Datenpuffer ist zu klein.\r\n"
+         "    Startposition ...: 0\r\n"
+         "    Länge ...........: 2\r\n"
+         "    Schreibende .....: 3\r\n"
+         "    Obergrenze ......: 2");
+  refuse(Filled(3), 0, -5, 9208,
+         "Ungültiges Zeichen in der BCD-Zeichenfolge\r\n"
+         "    Tag .............: 0xDC\r\n"
+         "    Position Tag ....: 0\r\n"
+         "    Zeichen .........: \"-\" (0x2D - 45)\r\n"
+         "    Zeichenposition .: 1");
+  refuse({}, 0, -12345678901, 9204,
+         "Die Länge der Betragsdastellung überschreitet den max. Wert!\r\n"
+         "Es sind max. 11 signifikante Stellen zulässig\r\n"
+         "    Länge Betrag .....: 12\r\n"
+         "    kond. Betrag .....: -12345678901");
+}
+
 // VAT rates
 
 std::string WrittenRate(std::int64_t scaled) {

@@ -20,7 +20,7 @@ struct CashItemAccess {
 
   /// The bytes of the instance ID, which is made if there is none yet; none where the system has none to give.
   static const std::array<std::uint8_t, 16>* Id(clsZelItemCash& item) {
-    return item.MakeIdentity() ? &item.id_ : nullptr;  // GCOVR_EXCL_BR_LINE: Windows only
+    return item.MakeIdentity() ? &item.id_ : nullptr;
   }
 
   /// The same without making one.

@@ -337,9 +337,6 @@ void ItemStore::RemoveSlot(std::size_t slot) {
   for (std::size_t place = slot + 1; place < counts_.size(); place += LowestBit(place)) {
     --counts_[place];
   }
-  while (first_ < slots_.size() && !slots_[first_]) {
-    ++first_;
-  }
   if (empty_ > kFewGaps && empty_ > slots_.size() / 2) {
     CloseGaps();
   }
@@ -392,7 +389,7 @@ void ItemStore::CloseGaps() noexcept {
   if (!tickets_.empty()) tickets_.resize(filled);
   counts_.clear();
   table_.clear();
-  empty_ = first_ = entered_ = next_ = 0;
+  empty_ = entered_ = next_ = 0;
   ++version_;
 }
 
@@ -413,7 +410,7 @@ void ItemStore::Clear() noexcept {
   byAddedId_.clear();
   byObject_.clear();
   addedIds_.clear();
-  empty_ = first_ = entered_ = next_ = 0;
+  empty_ = entered_ = next_ = 0;
   ++version_;
   ++changes_;
   items.clear();

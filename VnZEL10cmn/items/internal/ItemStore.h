@@ -23,7 +23,7 @@ namespace VnZEL10cmn::internal {
 /// ticket, a running number that grows with the slots, by which iterators find their place again.
 ///
 /// Invariants:
-/// 1. `empty_` is the number of empty slots; all slots before `first_` are empty.
+/// 1. `empty_` is the number of empty slots.
 /// 2. While `empty_` > 0, `counts_` is a Fenwick tree over the slots: `counts_[i]` is the number of items in the
 ///    lowest-bit-of-i slots up to slot i - 1. Otherwise its content is meaningless.
 /// 3. `tickets_` is empty, and the ticket of slot s is `nextTicket_` - number of slots + s; or it has one for each slot.
@@ -119,7 +119,6 @@ class ItemStore : public ListIterator<IVnZelItem>::Source, public std::enable_sh
 
   std::vector<Item> slots_;
   std::size_t empty_ = 0;
-  std::size_t first_ = 0;
   std::vector<std::uint32_t> counts_;
   std::vector<std::uint64_t> tickets_;
   std::uint64_t nextTicket_ = 0;  ///< the ticket of the next item

@@ -13,9 +13,12 @@ class Decimal {
  public:
   explicit Decimal(Currency value) noexcept;
   explicit Decimal(std::int64_t value) noexcept;
+  explicit Decimal(std::uint64_t value) noexcept;
   /// 15 significant digits of it; throws std::overflow_error beyond 28 digits before the point and for what
   /// is not a number.
   explicit Decimal(double value);
+  /// The same with 7 significant digits.
+  explicit Decimal(float value);
   /// A number in the host's regional form: blanks around it, a sign before it, grouping, an exponent. Throws
   /// std::invalid_argument for what is no number, std::overflow_error for what is too large.
   explicit Decimal(std::string_view text);
@@ -27,6 +30,8 @@ class Decimal {
   Currency RoundedEven() const;
 
  private:
+  Decimal(double value, int significantDigits);
+
   /// Digits (dropping those beyond the 28th significant one, rounded) with a decimal exponent.
   void Assign(std::string_view digits, std::int64_t exponent);
 

@@ -49,4 +49,7 @@ std::string FormatDateTime(Date value, const RegionalSettings& settings);
 /// The same without seconds.
 std::string FormatDateMinutes(Date value, const RegionalSettings& settings);
 
+/// "2026-12-31T08:05:09", whatever the host's characters.
+std::string FormatIso(Date value);
+
 }  // namespace VnZEL10cmn::internal

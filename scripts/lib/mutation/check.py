@@ -21,7 +21,8 @@ from places import find_places
 
 # The programs of tests in the order in which they rest on each other; the slowest one last. The tests of the
 # tools rest on other libraries as well and are left out.
-FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render", "faults"]
+FOLDERS = ["types", "errors", "codec", "device", "items", "booking", "report", "datarecord", "render", "aliases",
+           "faults"]
 HEADER_SHARE = 0.25  # places in headers are rarer by this: all that includes them is compiled again
 CPU_SECONDS = {"faults": 200}  # the others: 30
 WALL_SECONDS = {"faults": 600}  # the others: 120
@@ -163,14 +164,15 @@ class Tree:
     def program_fails(self, folder, program, instructions=None):
         """None if all tests pass, else "killed" or "timeout"."""
         environment = {**os.environ, "LD_LIBRARY_PATH": str(self.binary), "RC_PARAMS": "seed=1"}
+        command = [program, "--gtest_brief=1", "--gtest_fail_fast"]
         if instructions is not None:
-            environment["VNZEL_INSTRUCTIONS"] = instructions
+            command.append(f"--instructions={instructions}")
         cpu_seconds = CPU_SECONDS.get(folder, 30)
         with tempfile.TemporaryDirectory(dir=self.binary) as place:
             process = subprocess.Popen(
-                [program, "--gtest_brief=1", "--gtest_fail_fast"], cwd=place, env=environment,
-                preexec_fn=lambda: limit(cpu_seconds), stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                stderr=subprocess.DEVNULL, start_new_session=True)
+                command, cwd=place, env=environment, preexec_fn=lambda: limit(cpu_seconds),
+                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                start_new_session=True)
             try:
                 status = process.wait(WALL_SECONDS.get(folder, 120))
             except subprocess.TimeoutExpired:

@@ -1,9 +1,10 @@
-#include "VnZEL10cmn/booking/DeviceDocument.h"
+#include "VnZEL10cmn/document/DeviceDocument.h"
 
 #include <utility>
 
-#include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/device/internal/XmlEnvelope.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
+#include "VnZEL10cmn/document/internal/DocumentTexts.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
 namespace VnZEL10cmn {

@@ -1,10 +1,8 @@
-#include "VnZEL10cmn/booking/internal/Exchange.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
 
-#include <algorithm>
 #include <cstring>
 #include <span>
 
-#include "VnZEL10cmn/booking/clsZelVatItem.h"
 #include "VnZEL10cmn/device/internal/Records.h"
 #include "VnZEL10cmn/types/internal/Text.h"
 
@@ -27,28 +25,6 @@ Refusal StartOutside(std::string_view header, std::int32_t start, std::string_vi
 }
 
 }  // namespace
-
-std::string Via(std::string_view function, std::string_view callee) {
-  return Compose(function, ".[", callee, "]");
-}
-
-std::string_view HashType(bool useSha256) { return useSha256 ? "SHA256" : "SHA1"; }
-
-Date WithinRange(Date date) {
-  const Date earliest = clsZelVatItem::EarliestDate();
-  const Date latest = clsZelVatItem::LatestDate();
-  return date < earliest ? earliest : date > latest ? latest : date;
-}
-
-bool IsUndated(Date date) {
-  return date <= clsZelVatItem::EarliestDate() || date >= clsZelVatItem::LatestDate();
-}
-
-Date Combine(Date day, Date time) {
-  const Date::Civil d = day.ToCivil();
-  const Date::Civil t = time.ToCivil();
-  return Date::FromCivil(d.year, d.month, d.day, t.hour, t.minute, t.second);
-}
 
 Refusal UnsupportedType(std::string_view header, ZELSerialType type) {
   return {ZELErrorCodes::Err_Ser_SerTypeNotSprt,
@@ -94,39 +70,6 @@ bool HashText(clsHelper01& helper, clsZelBaseCoding& coder, const ByteArray& has
   return format == ZELHashFmt::Base16
              ? helper.GetBinStrOfBytes(hash, text, "", groupLen)
              : coder.GetZelSingatureString(hash, text, groupLen, "-", format == ZELHashFmt::Base32);
-}
-
-Refusal HashOutputFailed() {
-  return {ZELErrorCodes::Err_Cmn_NotSpec,
-          Compose("Hashausgabe nicht möglich!", kCrLf, "Eine interne Funktion meldete einen Fehler")};
-}
-
-Refusal HashNotMade(std::string_view reason) {
-  return {ZELErrorCodes::Err_Cmn_NotSpec, Compose("Posten-Hash-Erzeugung nicht möglich!", kCrLf, reason)};
-}
-
-std::string Element(std::string_view name, std::string_view content, std::string_view attribute) {
-  return Compose("<", name, attribute, ">", content, "</", name, ">");
-}
-
-std::string Document(std::string_view name, const std::vector<std::string>& elements, std::int32_t intent) {
-  const std::string_view lineEnd = intent < 0 ? "" : kCrLf;
-  const std::string indent(static_cast<std::size_t>(std::max(intent, 0)), ' ');
-  std::string document = Compose(indent, "<", name, ">", lineEnd);
-  for (const std::string& element : elements) {
-    document.append(indent).append(indent).append(element).append(lineEnd);
-  }
-  return document.append(Compose(indent, "</", name, ">"));
-}
-
-Refusal NotEnoughData(std::string_view lines) {
-  return {ZELErrorCodes::Err_Ser_Failed, Compose("Der XML-Buchungssatz konnte nicht erstellt werden:", kCrLf,
-                                                 "Es liegen nicht genug Daten vor!", lines)};
-}
-
-std::string RequestAndResponseLengths(std::size_t request, std::size_t response) {
-  return Compose("\r\n    ZEL-Anfrage .....: ", request, " Zeichen", "\r\n    ZEL-Antwort .....: ", response,
-                 " Zeichen");
 }
 
 }  // namespace VnZEL10cmn::internal

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "VnZEL10cmn/booking/DeviceDocument.h"
-#include "VnZEL10cmn/booking/ZELHashFmt.h"
+#include "VnZEL10cmn/document/DeviceDocument.h"
+#include "VnZEL10cmn/items/ZELHashFmt.h"
 #include "VnZEL10cmn/items/clsZelItemList.h"
 #include "VnZEL10cmn/types/Export.h"
 

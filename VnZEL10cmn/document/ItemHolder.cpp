@@ -1,11 +1,12 @@
-#include "VnZEL10cmn/booking/ItemHolder.h"
+#include "VnZEL10cmn/document/ItemHolder.h"
 
 #include <span>
 #include <utility>
 
-#include "VnZEL10cmn/booking/internal/Exchange.h"
 #include "VnZEL10cmn/codec/internal/Sha.h"
 #include "VnZEL10cmn/codec/internal/TextCodecs.h"
+#include "VnZEL10cmn/document/internal/DocumentBytes.h"
+#include "VnZEL10cmn/document/internal/DocumentTexts.h"
 #include "VnZEL10cmn/items/internal/ItemForm.h"
 #include "VnZEL10cmn/items/internal/ItemListAccess.h"
 #include "VnZEL10cmn/types/internal/Text.h"
