@@ -25,6 +25,7 @@ std::span<const Target> Targets() {
       Target{"rounding", Rounding},
       Target{"operations", Operations},
       Target{"aliases", Aliases},
+      Target{"hosts", Hosts},
 #ifdef FUZZ_SOFTDEVICE
       Target{"device", Device},
 #endif

@@ -27,6 +27,7 @@ void Codecs(Bytes data);
 void Rounding(Bytes data);
 void Operations(Bytes data);
 void Aliases(Bytes data);
+void Hosts(Bytes data);
 void Device(Bytes data);
 
 struct Target {
