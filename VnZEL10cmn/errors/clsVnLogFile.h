@@ -14,7 +14,7 @@ namespace VnZEL10cmn {
 /// A log file, in code page 1252 with CR LF. A host opens it and attaches it as `LogHandler` to any number of
 /// objects, whose failures are then appended, each entry whole and in the order of the calls. Its own
 /// failures show in the Boolean results only.
-class VNZEL10CMN_API clsVnLogFile : private VnObject {
+class VNZEL10CMN_API clsVnLogFile : private VnObject, public std::enable_shared_from_this<clsVnLogFile> {
  public:
   /// A closed log file that will write errors, not messages.
   clsVnLogFile();

@@ -5,14 +5,14 @@
 #include <string_view>
 #include <utility>
 
-#include "VnZEL10cmn/errors/VnObject.h"
+#include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What print engines have in common: a failure goes to the error object handed in, if any, which is clear after a
 /// rendering that succeeded. Not for hosts.
-class VNZEL10CMN_API Renderer : public VnObject {
+class VNZEL10CMN_API Renderer : public SharedObject<Renderer> {
  protected:
   /// `className` is a literal: the class's published name.
   explicit Renderer(const char* className);
