@@ -23,8 +23,8 @@ class clsZelItemCash : public VnObject, public IVnZelItem {
   clsZelItemCash();
   ~clsZelItemCash() override;
 
-  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it was
-  /// asked for first.
+  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it
+  /// was asked for first.
   std::string InstanceID() override;
   /// The item's own error object.
   clsVnError& ErrorObject() override;
