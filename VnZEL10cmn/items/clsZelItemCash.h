@@ -26,8 +26,8 @@ class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
   clsZelItemCash();
   ~clsZelItemCash() override;
 
-  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it was
-  /// asked for first.
+  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it
+  /// was asked for first.
   std::string InstanceID() override;
   /// The item's own error object.
   clsVnError& ErrorObject() override;
