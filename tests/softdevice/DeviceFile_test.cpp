@@ -264,7 +264,7 @@ TEST_F(DeviceFile, OfTheVersionThatKnewBookingsOnlyStaysAsItIsWhenABookingIsDama
 TEST_F(DeviceFile, MustHoldAnIdentityAndAKey) {
   static_cast<void>(Open());
   RunSql("UPDATE device SET private_key = 'lost'");
-  EXPECT_EQ(ErrorOf(File()), "it is no key in PEM form");
+  EXPECT_EQ(ErrorOf(File()), "it is no private key in PEM form");
   RunSql("DELETE FROM device");
   EXPECT_EQ(ErrorOf(File()), "it is damaged (a row is missing)");
 }
