@@ -26,8 +26,14 @@ Answer Refused(RefusalCode code, std::string reason) {
 
 /// Activates a device that is just being made.
 void ActivateNew(const Database& database, const std::string& transportPin) {
-  const Bytes request = MakeActivationRequest(transportPin);
-  static_cast<void>(Perform(database, ReadIdentity(database), ReadRequest(Command::ReportActivate, request)));
+  const Bytes bytes = MakeActivationRequest(transportPin);
+  const Request request = ReadRequest(Command::ReportActivate, bytes);
+  try {
+    CheckMoment(request);
+  } catch (const Refusal& refusal) {
+    throw std::runtime_error("it can't be activated (" + refusal.reason + ")");
+  }
+  static_cast<void>(Perform(database, ReadIdentity(database), request));
 }
 
 }  // namespace
@@ -111,6 +117,7 @@ Device Device::Open(const std::filesystem::path& path, const OpenOptions& option
 Answer Device::Execute(Command command, std::span<const std::uint8_t> request) {
   try {
     const Request checked = ReadRequest(command, request);
+    CheckMoment(checked);
     Transaction transaction(impl_->database);
     Answer answer = Perform(impl_->database, impl_->identity, checked);
     impl_->Commit(transaction, command, answer);

@@ -140,7 +140,7 @@ void AppendContainer(Bytes& out, const Total& total) {
 
 void AddToTotals(const Database& database, const BookingRequest& booking) {
   for (Total& total : Distribute(booking)) {
-    for (const std::int32_t month : {booking.month, kOpen}) {
+    for (const std::int32_t month : {booking.Month(), kOpen}) {
       total.month = month;
       AddToTotal(database, total);
     }
