@@ -262,7 +262,7 @@ TEST_P(StorageFault, NeverSaysThatAPinIsWrongWithoutCountingIt) {
   FaultySystem system;
   int refusals = 0;
   for (int call = 1;; ++call) {
-    RunSql("UPDATE device SET wrong_pins = 0");
+    RunSqlAndSeal("UPDATE device SET wrong_pins = 0");
     Device device = Device::Open(File());
     system.FailAt(call, GetParam().kind, GetParam().forGood);
     const Answer answer = device.Execute(Command::ReportActivate, wrong);

@@ -76,17 +76,18 @@ TEST_F(Signing, CountsFromOneWithoutGapsOverRefusals) {
 TEST_F(Signing, WritesNumbersWithoutLeadingZeroBytes) {
   OpenOptions options = kCreate;
   options.runningNumber = 0x01020304;
-  Device device = Device::Open(File(), options);
+  static_cast<void>(Device::Open(File(), options));
   const struct {
-    const char* last;
+    std::uint32_t last;
     const char* record;
-  } cases[] = {{"254", "CB 01 FF"},
-               {"255", "CB 02 01 00"},
-               {"65535", "CB 03 01 00 00"},
-               {"16777215", "CB 04 01 00 00 00"},
-               {"4294967294", "CB 04 FF FF FF FF"}};
+  } cases[] = {{254, "CB 01 FF"},
+               {255, "CB 02 01 00"},
+               {65'535, "CB 03 01 00 00"},
+               {16'777'215, "CB 04 01 00 00 00"},
+               {4'294'967'294U, "CB 04 FF FF FF FF"}};
   for (const auto& [last, record] : cases) {
-    RunSql(std::string("UPDATE device SET last_sequence_number = ") + last);
+    MoveTo(File(), kTransactions, last);
+    Device device = Device::Open(File());
     const Answer answer = device.Execute(Command::SignBooking, Hex(kBooking));
     ASSERT_TRUE(answer.accepted) << answer.reason;
     const Bytes start =
@@ -95,6 +96,7 @@ TEST_F(Signing, WritesNumbersWithoutLeadingZeroBytes) {
     EXPECT_TRUE(std::equal(start.begin(), start.end(), answer.response.begin())) << last;
     EXPECT_TRUE(VerifyBooking(Hex(kBooking), answer.response, device.PublicKeyPem()).ok);
   }
+  Device device = Device::Open(File());
   ExpectRefused(device.Execute(Command::SignBooking, Hex(kBooking)), RefusalCode::CounterExhausted,
                 "all sequence numbers are used up");
   EXPECT_EQ(device.LastSequenceNumber(), 4'294'967'295U);
@@ -163,14 +165,14 @@ TEST_F(Signing, MarksOverflowBeyondFifteenDigits) {
   Device device = Open();
   const std::string oneCent = kHead + "E1 07 D8 01 1C DB 02 19 00";
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(oneCent)).accepted);
-  RunSql("UPDATE total SET turnover = 999999999999998");
+  RunSqlAndSeal("UPDATE total SET turnover = 999999999999998");
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(oneCent)).accepted);
   EXPECT_EQ(device.Totals().at(0), (Total{202612, 225, 999'999'999'999'999, 0, 0, 1900, 2, false, false}));
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(oneCent)).accepted);
   EXPECT_EQ(device.Totals().at(0), (Total{202612, 225, 0, 0, 0, 1900, 3, true, false}));
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(oneCent)).accepted);
   EXPECT_EQ(device.Totals().at(0), (Total{202612, 225, 1, 0, 0, 1900, 4, true, false}));
-  RunSql("UPDATE total SET turnover = 9223372036854775807");
+  RunSqlAndSeal("UPDATE total SET turnover = 9223372036854775807");
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(oneCent)).accepted);
   EXPECT_EQ(device.Totals().at(0), (Total{202612, 225, 372'036'854'775'808, 0, 0, 1900, 5, true, false}));
 }
