@@ -1,8 +1,11 @@
-// What the command line says of a device when the system's clock is wrong.
+// What the command line says of a device when the system's clock is wrong or its locks don't work.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <chrono>
+#include <functional>
 #include <ostream>
 
 #include "Program.h"
@@ -92,5 +95,54 @@ INSTANTIATE_TEST_SUITE_P(Shows, WrongClock,
                                          Clock{"TheStartOf2000", "946684859", "2000-01-01 00:00"},
                                          Clock{"TheYear2100", "4102444800", "2100-01-01 00:00"}),
                          [](const testing::TestParamInfo<Clock>& info) { return info.param.name; });
+
+/// The seconds that a command takes.
+double SecondsOf(const std::function<void()>& command) {
+  const auto start = std::chrono::steady_clock::now();
+  command();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+class FaultyLocks : public testing::Test {
+ protected:
+  FaultyLocks() {
+    EXPECT_EQ(desk_
+                  .Zel({"device", "init", "--taxpayer", "DE1", "--number", "1", "--pin", "271828",
+                        "--activate", "--device", "till.db"})
+                  .status,
+              0);
+  }
+
+  void ExpectRefused(const std::string& locks, const std::string& reason) const {
+    const std::string before = desk_.ReadFile("till.db");
+    for (const std::vector<std::string>& command :
+         {std::vector<std::string>{"sign", "sale.json", "--device", "till.db"},
+          {"report", "--signed", "--device", "till.db"},
+          {"device", "check", "--device", "till.db"}}) {
+      test::Outcome outcome;
+      const double seconds = SecondsOf([&] { outcome = desk_.Zel(command, Faulty("FAULTY_LOCKS", locks)); });
+      EXPECT_EQ(outcome.status, 3) << command[0];
+      EXPECT_EQ(outcome.err, "zel: device file 'till.db': " + reason + "\n") << command[0];
+      EXPECT_LT(seconds, 5) << "it waited for locks that will never be there";
+    }
+    EXPECT_EQ(desk_.ReadFile("till.db"), before);
+  }
+
+  test::Desk desk_;
+};
+
+TEST_F(FaultyLocks, ThatDoNothingAreRefused) {
+  ExpectRefused("idle", "locks do nothing on its file system, two processes could give one number twice");
+}
+
+TEST_F(FaultyLocks, ThatAreNotThereAreNamedAtOnce) {
+  ExpectRefused(std::to_string(ENOLCK), "its file system has no locks to give (No locks available)");
+}
+
+TEST_F(FaultyLocks, LeaveNoFileBehind) {
+  const std::vector<std::string> before = desk_.Names();
+  static_cast<void>(desk_.Zel({"sign", "sale.json", "--device", "till.db"}, Faulty("FAULTY_LOCKS", "idle")));
+  EXPECT_EQ(desk_.Names(), before);
+}
 
 }  // namespace
