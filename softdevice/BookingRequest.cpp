@@ -52,8 +52,8 @@ BookingRequest ReadBookingRequest(ByteView request) {
   RecordReader reader(request, "the request");
   ReadInOrder(reader, kBookingFields, [&booking](const Record& record) {
     switch (record.tag) {
-      case tag::kDate: booking.month = ReadMonthOfDate(record); break;
-      case tag::kTime: CheckTime(record); break;
+      case tag::kDate: booking.moment.date = ReadDate(record); break;
+      case tag::kTime: booking.moment.time = ReadTime(record); break;
       case tag::kOperator: ReadText(record, kMaxOperatorLength); break;
       case tag::kItemHash: CheckHash(record); break;
       case tag::kCurrency: ReadCounter(record); break;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <vector>
 
@@ -18,12 +19,23 @@ struct BookedContainer {
   std::int64_t thirdParty = 0;
 };
 
+/// When something is said to have happened.
+struct Moment {
+  std::int32_t date = 0;  ///< year * 10000 + month * 100 + day; 0 for none
+  std::int32_t time = 0;  ///< hour * 100 + minute
+
+  auto operator<=>(const Moment&) const = default;
+};
+
 /// What the device wants to know of a booking besides its bytes.
 struct BookingRequest {
-  std::int32_t month = 0;  ///< year * 100 + month
+  Moment moment;
   bool training = false;
   bool deliveryNote = false;
   std::vector<BookedContainer> containers;
+
+  /// Year * 100 + month.
+  [[nodiscard]] std::int32_t Month() const noexcept { return moment.date / 100; }
 };
 
 /// Checks a booking request from the first byte to the last and throws `Refusal` at the first fault.

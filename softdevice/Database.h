@@ -13,10 +13,12 @@
 
 namespace softdevice {
 
+struct Connection;
+
 /// A failure of SQLite; `what()` says what it means for the device file.
 class DatabaseError : public std::runtime_error {
  public:
-  explicit DatabaseError(sqlite3* database);
+  explicit DatabaseError(Connection& connection);
 
   /// Whether other processes kept the file locked for too long.
   [[nodiscard]] bool IsBusy() const noexcept { return busy_; }
@@ -25,13 +27,28 @@ class DatabaseError : public std::runtime_error {
   bool busy_;
 };
 
+/// Something in the file is not as it was recorded: `what()` is "it is damaged (" `what` ")".
+class Damage : public std::runtime_error {
+ public:
+  explicit Damage(const std::string& what)
+      : std::runtime_error("it is damaged (" + what + ")"), what_(what) {}
+
+  [[nodiscard]] const std::string& What() const noexcept { return what_; }
+
+ private:
+  std::string what_;
+};
+
 class Statement;
 
 /// A connection to one SQLite file.
 class Database {
  public:
-  /// Opens an existing file for reading and writing.
+  /// Opens an existing file for reading and writing. Nothing is read yet but the file's header.
   Database(const std::filesystem::path& path, std::int64_t busyMilliseconds);
+  Database(Database&&) noexcept;
+  Database& operator=(Database&&) noexcept;
+  ~Database();
 
   [[nodiscard]] Statement Prepare(std::string_view sql) const;
   void Run(std::string_view sql) const;
@@ -41,18 +58,24 @@ class Database {
   [[nodiscard]] bool IsReadOnly() const noexcept;
   [[nodiscard]] bool InTransaction() const noexcept;
 
- private:
-  struct Close {
-    void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
-  };
+  // The file itself, past SQLite's pages and locks. No other descriptor may be opened for it: closing one drops all
+  // locks that this process holds.
 
-  std::unique_ptr<sqlite3, Close> database_;
+  /// So many bytes from its start on, or as many as there are.
+  [[nodiscard]] std::vector<std::uint8_t> FileStart(std::size_t size) const;
+  [[nodiscard]] std::int64_t FileSize() const;
+  /// Where SQLite keeps the pages that a transaction changes, and where it would keep a write-ahead log.
+  [[nodiscard]] std::filesystem::path Journal() const;
+  [[nodiscard]] std::filesystem::path WriteAheadLog() const;
+
+ private:
+  std::unique_ptr<Connection> connection_;
 };
 
 /// A prepared statement. Its rows hold a lock on the file until it is destroyed.
 class Statement {
  public:
-  Statement(sqlite3* database, std::string_view sql);
+  Statement(Connection& connection, std::string_view sql);
 
   /// Values for the question marks, from left to right.
   Statement& Bind(std::int64_t number);
@@ -67,14 +90,16 @@ class Statement {
   [[nodiscard]] std::vector<std::uint8_t> BytesAt(int column) const;
 
  private:
-  struct Finalize {
-    void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+  /// Hands the statement back to the connection, for the next time.
+  struct Release {
+    Connection* connection;
+    void operator()(sqlite3_stmt* statement) const noexcept;
   };
 
   void Check(int result) const;
 
-  sqlite3* database_;
-  std::unique_ptr<sqlite3_stmt, Finalize> statement_;
+  Connection& connection_;
+  std::unique_ptr<sqlite3_stmt, Release> statement_;
   int bound_ = 0;
 };
 
@@ -90,9 +115,21 @@ class Transaction {
   void Commit();
 
  private:
-  void Undo() noexcept;
-
   const Database& database_;
+};
+
+/// Sees the file in one state, whatever other processes do meanwhile. Within a transaction that is there already it
+/// does nothing.
+class Snapshot {
+ public:
+  explicit Snapshot(const Database& database);
+  ~Snapshot();
+  Snapshot(const Snapshot&) = delete;
+  Snapshot& operator=(const Snapshot&) = delete;
+
+ private:
+  const Database& database_;
+  bool isOwn_;
 };
 
 }  // namespace softdevice

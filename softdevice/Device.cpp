@@ -1,16 +1,19 @@
 #include "softdevice/Device.h"
 
 #include <ctime>
-#include <limits>
 #include <new>
+#include <stdexcept>
 #include <utility>
 
+#include "softdevice/Chain.h"
 #include "softdevice/Commands.h"
 #include "softdevice/Database.h"
 #include "softdevice/DeviceFile.h"
+#include "softdevice/FileSystem.h"
 #include "softdevice/Key.h"
 #include "softdevice/Records.h"
 #include "softdevice/Request.h"
+#include "softdevice/State.h"
 #include "softdevice/Totals.h"
 
 namespace softdevice {
@@ -24,10 +27,26 @@ Answer Refused(RefusalCode code, std::string reason) {
   return answer;
 }
 
+/// The keys that the state holds, which have to be a pair.
+Keys KeysOf(const StoredState& state) {
+  Keys keys{Key::FromPrivatePem(state.privateKey), Key::FromPublicPem(state.publicKey)};
+  if (keys.signing.PublicPem() != state.publicKey) {
+    throw Damage("its private and its public key don't fit");
+  }
+  return keys;
+}
+
 /// Activates a device that is just being made.
 void ActivateNew(const Database& database, const std::string& transportPin) {
-  const Bytes request = MakeActivationRequest(transportPin);
-  static_cast<void>(Perform(database, ReadIdentity(database), ReadRequest(Command::ReportActivate, request)));
+  const Bytes bytes = MakeActivationRequest(transportPin);
+  const Request request = ReadRequest(Command::ReportActivate, bytes);
+  try {
+    CheckMoment(request);
+  } catch (const Refusal& refusal) {
+    throw std::runtime_error("it can't be activated (" + refusal.reason + ")");
+  }
+  StoredState state = ReadState(database);
+  static_cast<void>(Perform(database, KeysOf(state), request, state));
 }
 
 }  // namespace
@@ -35,25 +54,67 @@ void ActivateNew(const Database& database, const std::string& transportPin) {
 struct Device::Impl {
   std::string name;  ///< of the file, as it stands in messages
   Database database;
-  Identity identity;
+  Keys keys;
   std::string publicKeyPem;
+  std::string taxpayerId;
+  std::uint32_t runningNumber;
+  // The ends of both chains when they were last seen here.
+  Head transactions;
+  Head reports;
 
+  Answer Execute(const Request& request);
+  void CheckIsContinued(const StoredState& state) const;
+  void CheckHolds(const Chain& chain, const Head& now, const Head& seen) const;
   void Commit(Transaction& transaction, Command command, const Answer& answer) const;
 
   [[nodiscard]] std::string About(const std::exception& error) const {
     return "device file '" + name + "': " + error.what();
   }
 
-  /// What `read` reads from the file.
+  /// What `read` reads from the file and its state.
   template <typename Read>
   auto Get(Read&& read) const {
     try {
-      return read(database);
+      const Snapshot snapshot(database);
+      return read(database, ReadState(database));
     } catch (const std::exception& error) {
       throw DeviceError(About(error));
     }
   }
 };
+
+Answer Device::Impl::Execute(const Request& request) {
+  Transaction transaction(database);
+  CheckLength(database);
+  CheckFreePages(database);
+  StoredState state = ReadState(database);
+  CheckIsContinued(state);
+  Answer answer = Perform(database, keys, request, state);
+  Commit(transaction, request.command, answer);
+  transactions = state.transactions;
+  reports = state.reports;
+  return answer;
+}
+
+/// The file may have been replaced by another one, or by an older copy of itself, since this device saw it last.
+void Device::Impl::CheckIsContinued(const StoredState& state) const {
+  if (state.publicKey != publicKeyPem || state.taxpayerId != taxpayerId ||
+      state.runningNumber != runningNumber) {
+    throw std::runtime_error("it holds another device by now");
+  }
+  CheckHolds(kTransactions, state.transactions, transactions);
+  CheckHolds(kReports, state.reports, reports);
+}
+
+void Device::Impl::CheckHolds(const Chain& chain, const Head& now, const Head& seen) const {
+  if (now == seen || seen.number == 0) return;
+  const std::optional<ChainedRecord> found =
+      now.number < seen.number ? std::nullopt : FindAsItIs(database, chain, seen.number);
+  if (!found || found->digest != seen.digest) {
+    throw std::runtime_error("it is an older one by now, without the " + std::string(chain.record) + " " +
+                             std::to_string(seen.number) + " that was there");
+  }
+}
 
 /// A commit can fail behind the point of no return, when the journal is gone but its folder can't be brought
 /// to the disk. What the file says then counts: no two signatures are alike, so that a response that is found
@@ -65,17 +126,15 @@ void Device::Impl::Commit(Transaction& transaction, Command command, const Answe
     if (answer.sequenceNumber == 0) {
       throw;
     }
-    std::optional<SignedRequest> recorded;
-    const bool isTransaction = IsTransaction(command);
+    const Chain& chain = ChainOf(command);
+    std::optional<ChainedRecord> recorded;
     try {
-      recorded = isTransaction ? FindTransaction(database, answer.sequenceNumber)
-                               : softdevice::FindReport(database, answer.sequenceNumber);
+      recorded = FindAsItIs(database, chain, answer.sequenceNumber);
     } catch (const DatabaseError&) {
-      throw std::runtime_error(std::string(failure.what()) + "; whether " +
-                               (isTransaction ? "transaction " : "report ") +
+      throw std::runtime_error(std::string(failure.what()) + "; whether " + std::string(chain.record) + " " +
                                std::to_string(answer.sequenceNumber) + " is recorded can't be said");
     }
-    if (!recorded || recorded->response != answer.response) {
+    if (!recorded || recorded->record.response != answer.response) {
       throw;
     }
   }
@@ -87,34 +146,33 @@ Device& Device::operator=(Device&&) noexcept = default;
 Device::~Device() = default;
 
 Device Device::Open(const std::filesystem::path& path, const OpenOptions& options) {
-  const std::u8string utf8Name = path.u8string();
-  const std::string name(utf8Name.begin(), utf8Name.end());
-  try {
+  return WithName(path, [&](const std::string& name) {
     Database database = OpenDeviceFile(path, options, [&options](const Database& made) {
       if (options.activate) {
         ActivateNew(made, options.transportPin);
       }
     });
-    Identity identity = ReadIdentity(database);
-    std::string publicKeyPem = identity.key.PublicPem();
+    const auto state = [&database] {
+      const Snapshot snapshot(database);
+      return ReadState(database);
+    }();
+    Keys keys = KeysOf(state);
     return Device(std::make_unique<Impl>(Impl{.name = name,
                                               .database = std::move(database),
-                                              .identity = std::move(identity),
-                                              .publicKeyPem = std::move(publicKeyPem)}));
-  } catch (const std::filesystem::filesystem_error& error) {
-    throw DeviceError("device file '" + name + "': it can't be reached (" + error.code().message() + ")");
-  } catch (const std::exception& error) {
-    throw DeviceError("device file '" + name + "': " + error.what());
-  }
+                                              .keys = std::move(keys),
+                                              .publicKeyPem = state.publicKey,
+                                              .taxpayerId = state.taxpayerId,
+                                              .runningNumber = state.runningNumber,
+                                              .transactions = state.transactions,
+                                              .reports = state.reports}));
+  });
 }
 
 Answer Device::Execute(Command command, std::span<const std::uint8_t> request) {
   try {
     const Request checked = ReadRequest(command, request);
-    Transaction transaction(impl_->database);
-    Answer answer = Perform(impl_->database, impl_->identity, checked);
-    impl_->Commit(transaction, command, answer);
-    return answer;
+    CheckMoment(checked);
+    return impl_->Execute(checked);
   } catch (const Refusal& refusal) {
     return Refused(refusal.code, refusal.reason);
   } catch (const DatabaseError& error) {
@@ -133,27 +191,37 @@ Answer Device::Activate(std::string_view transportPin) {
 }
 
 std::optional<SignedRequest> Device::Find(std::uint32_t sequenceNumber) const {
-  return impl_->Get([=](const Database& database) { return FindTransaction(database, sequenceNumber); });
+  return impl_->Get([=](const Database& database, const StoredState& state) {
+    return softdevice::Find(database, kTransactions, sequenceNumber, state.transactions);
+  });
 }
 
 std::optional<SignedRequest> Device::FindReport(std::uint32_t reportNumber) const {
-  return impl_->Get([=](const Database& database) { return softdevice::FindReport(database, reportNumber); });
+  return impl_->Get([=](const Database& database, const StoredState& state) {
+    return softdevice::Find(database, kReports, reportNumber, state.reports);
+  });
 }
 
-DeviceState Device::State() const { return impl_->Get(ReadState); }
+DeviceState Device::State() const {
+  return impl_->Get([](const Database&, const StoredState& state) { return state.Shown(); });
+}
 
 std::uint32_t Device::LastSequenceNumber() const { return State().lastSequenceNumber; }
 
 std::vector<Total> Device::Totals() const {
-  return impl_->Get([](const Database& database) {
-    return ReadMonths(database, 1, std::numeric_limits<std::int32_t>::max());
+  return impl_->Get([](const Database& database, const StoredState& state) {
+    std::vector<Total> totals = ReadAllTotals(database, state);
+    std::erase_if(totals, [](const Total& total) { return total.month == kOpen; });
+    return totals;
   });
 }
 
-std::vector<Total> Device::OpenTotals() const { return impl_->Get(ReadOpenTotals); }
+std::vector<Total> Device::OpenTotals() const {
+  return impl_->Get([](const Database&, const StoredState& state) { return state.sinceClosing; });
+}
 
-const std::string& Device::TaxpayerId() const noexcept { return impl_->identity.taxpayerId; }
-std::uint32_t Device::RunningNumber() const noexcept { return impl_->identity.runningNumber; }
+const std::string& Device::TaxpayerId() const noexcept { return impl_->taxpayerId; }
+std::uint32_t Device::RunningNumber() const noexcept { return impl_->runningNumber; }
 const std::string& Device::PublicKeyPem() const noexcept { return impl_->publicKeyPem; }
 
 std::chrono::local_seconds LocalNow() {

@@ -1,9 +1,8 @@
 #include "softdevice/DeviceFile.h"
 
 #include <algorithm>
-#include <array>
 #include <stdexcept>
-#include <string_view>
+#include <string>
 #include <system_error>
 
 #ifdef _WIN32
@@ -14,64 +13,16 @@
 #include <cerrno>
 #endif
 
-#include "softdevice/Request.h"
-#include "softdevice/Totals.h"
+#include "softdevice/Chain.h"
+#include "softdevice/FileSystem.h"
+#include "softdevice/Key.h"
+#include "softdevice/State.h"
+#include "softdevice/Tables.h"
+#include "softdevice/Update.h"
 
 namespace softdevice {
 
 namespace {
-
-constexpr std::int64_t kApplicationId = 0x5A454C31;  // "ZEL1": tells device files from other databases
-constexpr std::int64_t kVersion = 2;
-/// Files of this version knew bookings only, and no life cycle: all devices were active.
-constexpr std::int64_t kBookingsOnly = 1;
-
-constexpr std::string_view kDeviceTable =
-    // `life_cycle` as in `LifeCycle`. `last_reported_number`: the last transaction that a closing covers.
-    R"(CREATE TABLE device (
-         id INTEGER PRIMARY KEY CHECK (id = 1),
-         taxpayer_id TEXT NOT NULL,
-         running_number INTEGER NOT NULL,
-         life_cycle INTEGER NOT NULL,
-         private_key TEXT NOT NULL,
-         last_sequence_number INTEGER NOT NULL,
-         transport_pin TEXT NOT NULL DEFAULT '',
-         wrong_pins INTEGER NOT NULL DEFAULT 0,
-         last_report_number INTEGER NOT NULL DEFAULT 0,
-         last_reported_number INTEGER NOT NULL DEFAULT 0
-       ) STRICT)";
-
-constexpr std::string_view kTransactionTable =
-    R"(CREATE TABLE signed_request (
-         sequence_number INTEGER PRIMARY KEY CHECK (sequence_number BETWEEN 1 AND 4294967295),
-         command INTEGER NOT NULL,
-         request BLOB NOT NULL,
-         response BLOB NOT NULL
-       ) STRICT)";
-
-constexpr std::string_view kReportTable =
-    R"(CREATE TABLE signed_report (
-         report_number INTEGER PRIMARY KEY CHECK (report_number BETWEEN 1 AND 4294967295),
-         command INTEGER NOT NULL,
-         request BLOB NOT NULL,
-         response BLOB NOT NULL
-       ) STRICT)";
-
-constexpr std::string_view kTotalTable =
-    // `month` 0: since the last closing.
-    R"(CREATE TABLE total (
-         month INTEGER NOT NULL,
-         container INTEGER NOT NULL,
-         turnover INTEGER NOT NULL,
-         turnover_negative INTEGER NOT NULL,
-         vat INTEGER NOT NULL,
-         vat_rate INTEGER NOT NULL,
-         bookings INTEGER NOT NULL,
-         overflow INTEGER NOT NULL,
-         vat_changed INTEGER NOT NULL,
-         third_party INTEGER NOT NULL,
-         PRIMARY KEY (month, container)
-       ) STRICT, WITHOUT ROWID)";
 
 void CheckIdentity(const OpenOptions& options) {
   const std::string& id = options.taxpayerId;
@@ -121,93 +72,58 @@ bool IsEmpty(const Database& database) {
          database.Number("SELECT count(*) FROM sqlite_schema") == 0;
 }
 
-void SetVersion(const Database& database) {
-  database.Run("PRAGMA user_version = " + std::to_string(kVersion));
-}
-
 /// A device is initialized by getting its key, and personalized by getting its identity.
 void Initialize(const Database& database, const OpenOptions& options) {
-  for (const std::string_view table : {kDeviceTable, kTransactionTable, kReportTable, kTotalTable}) {
-    database.Run(table);
-  }
-  database.Run("PRAGMA application_id = " + std::to_string(kApplicationId));
-  SetVersion(database);
-  database.Prepare("INSERT INTO device VALUES (1, '', 0, ?, ?, 0, ?, 0, 0, 0)")
-      .Bind(static_cast<std::int64_t>(LifeCycle::Initialized))
-      .Bind(Key::Generate().PrivatePem())
-      .Bind(options.transportPin)
-      .Step();
-  database.Prepare("UPDATE device SET taxpayer_id = ?, running_number = ?, life_cycle = ?")
-      .Bind(options.taxpayerId)
-      .Bind(options.runningNumber)
-      .Bind(static_cast<std::int64_t>(LifeCycle::Personalized))
-      .Step();
+  MakeTables(database);
+  const Key key = Key::Generate();
+  StoredState state;
+  state.privateKey = key.PrivatePem();
+  state.publicKey = key.PublicPem();
+  state.transportPin = options.transportPin;
+  state.lifeCycle = LifeCycle::Initialized;
+  state.taxpayerId = options.taxpayerId;
+  state.runningNumber = options.runningNumber;
+  state.lifeCycle = LifeCycle::Personalized;
+  state.otherTotals = DigestOfOthers({}, kOpen, kOpen);
+  WriteState(database, state);
 }
 
-/// The totals are made anew from the bookings, as the old ones lack some of what the new ones hold.
-void UpdateFromBookingsOnly(const Database& database) {
-  for (const std::string_view column :
-       {"transport_pin TEXT NOT NULL DEFAULT ''", "wrong_pins INTEGER NOT NULL DEFAULT 0",
-        "last_report_number INTEGER NOT NULL DEFAULT 0", "last_reported_number INTEGER NOT NULL DEFAULT 0"}) {
-    database.Run("ALTER TABLE device ADD COLUMN " + std::string(column));
+void UpdateIfOld(const Database& database) {
+  if (VersionOf(database) == FileVersion::Present) {
+    return;
   }
-  database.Run("DROP TABLE total");
-  database.Run(kReportTable);
-  database.Run(kTotalTable);
-  Statement row = database.Prepare("SELECT request FROM signed_request ORDER BY sequence_number");
-  while (row.Step()) {
-    const Bytes request = row.BytesAt(0);
-    try {
-      AddToTotals(database, ReadBookingRequest(request));
-    } catch (const Refusal& refusal) {
-      throw std::runtime_error("it is damaged (a recorded booking: " + refusal.reason + ")");
-    }
+  Transaction transaction(database);
+  if (const FileVersion version = VersionOf(database); version != FileVersion::Present) {  // still
+    Update(database, version);
   }
-  SetVersion(database);
+  transaction.Commit();
 }
 
-void CheckIsDeviceFile(const Database& database) {
-  if (database.Number("PRAGMA application_id") != kApplicationId) {
-    throw std::runtime_error("it is a database, but no device file");
-  }
-  if (database.Number("PRAGMA user_version") == kBookingsOnly) {
-    Transaction transaction(database);
-    if (database.Number("PRAGMA user_version") == kBookingsOnly) {  // still
-      UpdateFromBookingsOnly(database);
-    }
-    transaction.Commit();
-  }
-  if (database.Number("PRAGMA user_version") != kVersion) {
-    throw std::runtime_error("it was made by another version of the software signing device");
-  }
+/// What can be looked at in no more time for many records than for few.
+void CheckQuickly(const Database& database) {
+  const Snapshot snapshot(database);
+  CheckLength(database);
+  CheckTables(database, FileVersion::Present);
+  CheckStructure(database, "device");
+  CheckStructure(database, "total");
+  const StoredState state = ReadState(database);
+  static_cast<void>(ReadAllTotals(database, state));
+  CheckEnd(database, kTransactions, state.transactions);
+  CheckEnd(database, kReports, state.reports);
 }
 
-struct Table {
-  std::string_view name;
-  std::string_view number;
-};
-
-constexpr Table kTransactions = {"signed_request", "sequence_number"};
-constexpr Table kReports = {"signed_report", "report_number"};
-
-std::optional<SignedRequest> Find(const Database& database, const Table& table, std::uint32_t number) {
-  std::string sql = "SELECT command, request, response FROM ";
-  sql.append(table.name).append(" WHERE ").append(table.number).append(" = ?");
-  Statement row = database.Prepare(sql);
-  row.Bind(number);
-  if (!row.Step()) {
-    return std::nullopt;
-  }
-  return SignedRequest{.sequenceNumber = number,
-                       .command = static_cast<Command>(row.NumberAt(0)),
-                       .request = row.BytesAt(1),
-                       .response = row.BytesAt(2)};
+/// Opens a file that is there.
+Database OpenFile(const std::filesystem::path& path, std::chrono::milliseconds busyTimeout) {
+  CheckIsNoStub(path);
+  Database database(path, busyTimeout.count());
+  CheckJournals(database);
+  CheckLocks(path);
+  return database;
 }
 
-/// Goes to the one row that there must be.
-void StepToRow(Statement& row) {
-  if (!row.Step()) {
-    throw std::runtime_error("it is damaged (a row is missing)");
+void ExpectRegularFile(const std::filesystem::file_status& status) {
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    throw std::runtime_error("it is no regular file");
   }
 }
 
@@ -223,12 +139,9 @@ Database OpenDeviceFile(const std::filesystem::path& path, const OpenOptions& op
     }
     CheckIdentity(options);
     MakeEmptyFile(path);
-  } else if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
-    throw std::runtime_error("it is no regular file");
   }
-  CheckIsNoStub(path);
-
-  Database database(path, options.busyTimeout.count());
+  ExpectRegularFile(status);
+  Database database = OpenFile(path, options.busyTimeout);
   if (database.IsReadOnly()) {
     throw std::runtime_error("it is read-only");
   }
@@ -248,51 +161,27 @@ Database OpenDeviceFile(const std::filesystem::path& path, const OpenOptions& op
     }
     transaction.Commit();
   }
-  CheckIsDeviceFile(database);
+  UpdateIfOld(database);
   // With a rollback journal that is deleted at each commit there is one file between two requests, complete in
   // itself.
   database.Run("PRAGMA journal_mode = DELETE");
+  CheckQuickly(database);
   return database;
 }
 
-Identity ReadIdentity(const Database& database) {
-  Statement row = database.Prepare("SELECT private_key, taxpayer_id, running_number FROM device");
-  StepToRow(row);
-  return {.key = Key::FromPrivatePem(row.TextAt(0)),
-          .taxpayerId = row.TextAt(1),
-          .runningNumber = static_cast<std::uint32_t>(row.NumberAt(2))};
-}
-
-DeviceState ReadState(const Database& database) {
-  Statement row = database.Prepare(
-      "SELECT life_cycle, wrong_pins, last_sequence_number, last_report_number, last_reported_number FROM "
-      "device");
-  StepToRow(row);
-  return {.lifeCycle = static_cast<LifeCycle>(row.NumberAt(0)),
-          .wrongPins = static_cast<int>(row.NumberAt(1)),
-          .lastSequenceNumber = static_cast<std::uint32_t>(row.NumberAt(2)),
-          .lastReportNumber = static_cast<std::uint32_t>(row.NumberAt(3)),
-          .lastReportedNumber = static_cast<std::uint32_t>(row.NumberAt(4))};
-}
-
-void RecordSigned(const Database& database, const SignedRequest& signedRequest) {
-  const Table& table = IsTransaction(signedRequest.command) ? kTransactions : kReports;
-  std::string sql = "INSERT INTO ";
-  sql.append(table.name).append(" VALUES (?, ?, ?, ?)");
-  database.Prepare(sql)
-      .Bind(signedRequest.sequenceNumber)
-      .Bind(static_cast<std::int64_t>(signedRequest.command))
-      .Bind(signedRequest.request)
-      .Bind(signedRequest.response)
-      .Step();
-}
-
-std::optional<SignedRequest> FindTransaction(const Database& database, std::uint32_t number) {
-  return Find(database, kTransactions, number);
-}
-
-std::optional<SignedRequest> FindReport(const Database& database, std::uint32_t number) {
-  return Find(database, kReports, number);
+Database OpenToCheck(const std::filesystem::path& path, std::chrono::milliseconds busyTimeout) {
+  std::error_code ignored;
+  const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+  if (status.type() == std::filesystem::file_type::not_found) {
+    throw std::runtime_error("there is no such file");
+  }
+  ExpectRegularFile(status);
+  Database database = OpenFile(path, busyTimeout);
+  database.Run("PRAGMA trusted_schema = OFF");
+  if (IsEmpty(database)) {
+    throw std::runtime_error("it is empty, there is no device in it yet");
+  }
+  return database;
 }
 
 }  // namespace softdevice

@@ -1,38 +1,37 @@
 #pragma once
 
-#include <cstdint>
+#include <chrono>
 #include <filesystem>
 #include <functional>
-#include <optional>
 #include <string>
 
 #include "softdevice/Database.h"
 #include "softdevice/Device.h"
-#include "softdevice/Key.h"
-#include "softdevice/Records.h"
 
-/// What stands in a device file, but for the totals.
+/// A device file as a whole: making, opening, and bringing up to date.
 namespace softdevice {
 
-/// Opens a device file, makes it if `options` say so, and brings one of an older version up to date. `finish`
-/// is called with a device that has just been made, before anybody else can see it.
+/// Opens a device file, makes it if `options` say so, brings one of an older version up to date, and looks whether it
+/// is what was recorded as far as that doesn't take longer the more records there are. `finish` is called with a
+/// device that has just been made, before anybody else can see it.
 Database OpenDeviceFile(const std::filesystem::path& path, const OpenOptions& options,
                         const std::function<void(const Database&)>& finish);
 
-/// Who signs.
-struct Identity {
-  Key key;
-  std::string taxpayerId;
-  std::uint32_t runningNumber;
-};
+/// Opens a device file of any version as it is, to be read only.
+Database OpenToCheck(const std::filesystem::path& path, std::chrono::milliseconds busyTimeout);
 
-Identity ReadIdentity(const Database& database);
-DeviceState ReadState(const Database& database);
-
-/// Records what was signed under the number that it got.
-void RecordSigned(const Database& database, const SignedRequest& signedRequest);
-/// The transaction (`Command::SignBooking` and so on) or report under this number, if any.
-std::optional<SignedRequest> FindTransaction(const Database& database, std::uint32_t number);
-std::optional<SignedRequest> FindReport(const Database& database, std::uint32_t number);
+/// Runs `work(name)`, and puts the file's name in front of whatever goes wrong: `DeviceError`.
+template <typename Work>
+auto WithName(const std::filesystem::path& path, Work&& work) {
+  const std::u8string utf8Name = path.u8string();
+  const std::string name(utf8Name.begin(), utf8Name.end());
+  try {
+    return work(name);
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw DeviceError("device file '" + name + "': it can't be reached (" + error.code().message() + ")");
+  } catch (const std::exception& error) {
+    throw DeviceError("device file '" + name + "': " + error.what());
+  }
+}
 
 }  // namespace softdevice

@@ -24,13 +24,18 @@ using Signature = std::array<std::uint8_t, 64>;
 class Key {
  public:
   static Key Generate();
+  /// A key that can sign, whose private and public part fit together.
   static Key FromPrivatePem(std::string_view pem);
+  /// A key that can only verify: one SubjectPublicKeyInfo that names the curve, and whose point is uncompressed
+  /// or compressed. Text around it doesn't matter; a second key or anything else in PEM form does.
   static Key FromPublicPem(std::string_view pem);
 
   [[nodiscard]] std::string PrivatePem() const;
   [[nodiscard]] std::string PublicPem() const;
 
+  /// Of the two values of s that fit, the signature has the lower one.
   [[nodiscard]] Signature Sign(std::span<const std::uint8_t> message) const;
+  /// Both values of s verify.
   [[nodiscard]] bool Verify(std::span<const std::uint8_t> message,
                             std::span<const std::uint8_t, 64> signature) const;
 

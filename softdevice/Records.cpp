@@ -190,14 +190,17 @@ void CheckHash(const Record& record) {
   }
 }
 
-void CheckTime(const Record& record) {
+std::int32_t ReadTime(const Record& record) {
   CheckLength(record, 2);
-  if (DigitPair(record.value[0]) > 23 || DigitPair(record.value[1]) > 59) {
+  const unsigned hour = DigitPair(record.value[0]);
+  const unsigned minute = DigitPair(record.value[1]);
+  if (hour > 23 || minute > 59) {
     RefuseCoding(record, "is no time of day, expected BCD from 00 00 to 23 59");
   }
+  return static_cast<std::int32_t>(hour * 100 + minute);
 }
 
-std::int32_t ReadMonthOfDate(const Record& record) {
+std::int32_t ReadDate(const Record& record) {
   CheckLength(record, 4);
   const unsigned year = DigitPair(record.value[0]) * 100 + DigitPair(record.value[1]);
   const unsigned month = DigitPair(record.value[2]);
@@ -206,7 +209,7 @@ std::int32_t ReadMonthOfDate(const Record& record) {
   if (!digits || year < 1 || month < 1 || month > 12 || day < 1 || day > DaysOfMonth(year, month)) {
     RefuseCoding(record, "is no date, expected BCD of year (2 bytes), month and day");
   }
-  return static_cast<std::int32_t>(year * 100 + month);
+  return static_cast<std::int32_t>(year * 10000 + month * 100 + day);
 }
 
 std::int32_t ReadMonth(const Record& record) {

@@ -110,9 +110,10 @@ void ReadInOrder(RecordReader& reader, std::span<const Field> fields, Take&& tak
 
 void CheckFlag(const Record& record);
 void CheckHash(const Record& record);
-void CheckTime(const Record& record);
-/// Year * 100 + month of a date.
-std::int32_t ReadMonthOfDate(const Record& record);
+/// Hour * 100 + minute.
+std::int32_t ReadTime(const Record& record);
+/// Year * 10000 + month * 100 + day.
+std::int32_t ReadDate(const Record& record);
 /// Year * 100 + month.
 std::int32_t ReadMonth(const Record& record);
 std::string ReadText(const Record& record, std::size_t maxLength);

@@ -1,30 +1,48 @@
 #include "softdevice/Totals.h"
 
+#include <algorithm>
+#include <iterator>
+#include <limits>
 #include <utility>
 
 namespace softdevice {
 
 namespace {
 
-/// Stands for the month in the totals since the last closing.
-constexpr std::int32_t kOpen = 0;
-
 constexpr std::size_t kContainers = tag::kContainerTraining - tag::kContainerVat1 + 1;
 
+/// A column's value as the type that it was written from.
+template <typename Value>
+Value ValueAt(const Statement& row, int column) {
+  const std::int64_t number = row.NumberAt(column);
+  if (!std::in_range<Value>(number)) {
+    throw Damage("a total is out of range");
+  }
+  return static_cast<Value>(number);
+}
+
+bool FlagAt(const Statement& row, int column) {
+  const std::int64_t number = row.NumberAt(column);
+  if (number != 0 && number != 1) {
+    throw Damage("a total is out of range");
+  }
+  return number == 1;
+}
+
 Total ReadTotal(const Statement& row) {
-  return {.month = static_cast<std::int32_t>(row.NumberAt(0)),
-          .container = static_cast<std::uint8_t>(row.NumberAt(1)),
+  return {.month = ValueAt<std::int32_t>(row, 0),
+          .container = ValueAt<std::uint8_t>(row, 1),
           .turnover = row.NumberAt(2),
           .turnoverNegative = row.NumberAt(3),
           .vat = row.NumberAt(4),
-          .vatRate = static_cast<std::int32_t>(row.NumberAt(5)),
-          .bookings = static_cast<std::uint32_t>(row.NumberAt(6)),
-          .overflow = row.NumberAt(7) != 0,
-          .vatChanged = row.NumberAt(8) != 0,
+          .vatRate = ValueAt<std::int32_t>(row, 5),
+          .bookings = ValueAt<std::uint32_t>(row, 6),
+          .overflow = FlagAt(row, 7),
+          .vatChanged = FlagAt(row, 8),
           .thirdParty = row.NumberAt(9)};
 }
 
-std::vector<Total> ReadTotals(Statement rows) {
+std::vector<Total> ReadRows(Statement rows) {
   std::vector<Total> totals;
   while (rows.Step()) {
     totals.push_back(ReadTotal(rows));
@@ -52,17 +70,15 @@ void Add(Total& sum, const Total& later) {
   sum.bookings += later.bookings;
 }
 
-void AddToTotal(const Database& database, const Total& booked) {
-  Total total{.month = booked.month, .container = booked.container};
-  {
-    Statement row = database.Prepare("SELECT * FROM total WHERE month = ? AND container = ?");
-    row.Bind(booked.month).Bind(booked.container);
-    if (row.Step()) {
-      total = ReadTotal(row);
-    }
-  }
-  Add(total, booked);
-  database.Prepare("INSERT OR REPLACE INTO total VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+void WriteTotal(const Database& database, const Total& total) {
+  // The row stays where it is. Replacing it would take it out first, and might free a page of the file.
+  database
+      .Prepare(
+          "INSERT INTO total VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"
+          " ON CONFLICT (month, container) DO UPDATE SET turnover = excluded.turnover,"
+          " turnover_negative = excluded.turnover_negative, vat = excluded.vat,"
+          " vat_rate = excluded.vat_rate, bookings = excluded.bookings, overflow = excluded.overflow,"
+          " vat_changed = excluded.vat_changed, third_party = excluded.third_party")
       .Bind(total.month)
       .Bind(total.container)
       .Bind(total.turnover)
@@ -76,10 +92,12 @@ void AddToTotal(const Database& database, const Total& booked) {
       .Step();
 }
 
+bool IsBefore(const Total& left, const Total& right) { return left.container < right.container; }
+
 /// A training booking counts in the training container alone, a delivery note in the delivery note container
 /// alone. Any other booking counts in its VAT containers, its third-party turnover in that container as well.
-std::vector<Total> Distribute(const BookingRequest& booking) {
-  std::vector<Total> totals;
+MonthTotals DistributeOverContainers(const BookingRequest& booking) {
+  MonthTotals totals;
   Total whole{.bookings = 1};
   Total thirdParty{.container = tag::kContainerThirdParty, .bookings = 1};
   bool hasThirdParty = false;
@@ -138,26 +156,69 @@ void AppendContainer(Bytes& out, const Total& total) {
 
 }  // namespace
 
-void AddToTotals(const Database& database, const BookingRequest& booking) {
-  for (Total& total : Distribute(booking)) {
-    for (const std::int32_t month : {booking.month, kOpen}) {
-      total.month = month;
-      AddToTotal(database, total);
+MonthTotals Distribute(const BookingRequest& booking, std::int32_t month) {
+  MonthTotals totals = DistributeOverContainers(booking);
+  for (Total& total : totals) {
+    total.month = month;
+  }
+  return totals;
+}
+
+void Add(MonthTotals& sums, const MonthTotals& later) {
+  for (const Total& total : later) {
+    auto place = std::lower_bound(sums.begin(), sums.end(), total, IsBefore);
+    if (place == sums.end() || place->container != total.container) {
+      place = sums.insert(place, {.month = total.month, .container = total.container});
+    }
+    Add(*place, total);
+  }
+}
+
+std::vector<Total> ReadTotals(const Database& database) {
+  return ReadRows(database.Prepare("SELECT * FROM total ORDER BY month, container"));
+}
+
+MonthTotals ReadMonth(const Database& database, std::int32_t month) {
+  Statement rows = database.Prepare("SELECT * FROM total WHERE month = ? ORDER BY container");
+  rows.Bind(month);
+  return ReadRows(std::move(rows));
+}
+
+void WriteTotals(const Database& database, const MonthTotals& totals, const MonthTotals& changed) {
+  for (const Total& total : totals) {
+    if (std::any_of(changed.begin(), changed.end(),
+                    [&total](const Total& other) { return other.container == total.container; })) {
+      WriteTotal(database, total);
     }
   }
 }
 
-std::vector<Total> ReadMonths(const Database& database, std::int64_t first, std::int64_t last) {
-  Statement rows =
-      database.Prepare("SELECT * FROM total WHERE month BETWEEN ? AND ? ORDER BY month, container");
-  rows.Bind(first).Bind(last);
-  return ReadTotals(std::move(rows));
-}
-
-std::vector<Total> ReadOpenTotals(const Database& database) { return ReadMonths(database, kOpen, kOpen); }
-
 void ClearOpenTotals(const Database& database) {
   database.Prepare("DELETE FROM total WHERE month = ?").Bind(kOpen).Step();
+}
+
+void AddTotals(DigestMessage& message, std::span<const Total> totals) {
+  for (const Total& total : totals) {
+    message.Add(total.month)
+        .Add(total.container)
+        .Add(total.turnover)
+        .Add(total.turnoverNegative)
+        .Add(total.vat)
+        .Add(total.vatRate)
+        .Add(total.bookings)
+        .Add(total.overflow)
+        .Add(total.vatChanged)
+        .Add(total.thirdParty);
+  }
+}
+
+Digest DigestOfOthers(std::span<const Total> totals, std::int32_t month, std::int32_t otherMonth) {
+  std::vector<Total> others;
+  std::copy_if(totals.begin(), totals.end(), std::back_inserter(others),
+               [=](const Total& total) { return total.month != month && total.month != otherMonth; });
+  DigestMessage message;
+  AddTotals(message, others);
+  return message.Sha256();
 }
 
 void AppendContainers(Bytes& out, std::span<const Total> totals) {

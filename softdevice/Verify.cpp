@@ -1,6 +1,7 @@
 #include "softdevice/Verify.h"
 
 #include <array>
+#include <optional>
 
 #include "softdevice/Key.h"
 #include "softdevice/Records.h"
@@ -73,7 +74,7 @@ Verdict Verify(Command command, std::span<const Field> fields, ByteView request,
   try {
     ReadRequest(command, request);
   } catch (const Refusal& refusal) {
-    return {false, "the request is no " + kind + ": " + refusal.reason};
+    return {.reason = "the request is no " + kind + ": " + refusal.reason};
   }
   try {
     const Record signature = ReadResponse(response, fields);
@@ -81,13 +82,13 @@ Verdict Verify(Command command, std::span<const Field> fields, ByteView request,
     const ByteView signedPart = response.first(signature.position);
     message.insert(message.end(), signedPart.begin(), signedPart.end());
     if (!publicKey.Value().Verify(message, ReadSignature(signature))) {
-      return {false, "the signature doesn't belong to this request, response and public key"};
+      return {.reason = "the signature doesn't belong to this request, response and public key"};
     }
     return {true, {}};
   } catch (const Refusal& refusal) {
-    return {false, "the response is no answer to a " + kind + ": " + refusal.reason};
+    return {.reason = "the response is no answer to a " + kind + ": " + refusal.reason};
   } catch (const KeyError& error) {
-    return {false, std::string("the public key can't be used: ") + error.what()};
+    return {.reason = error.what()};
   }
 }
 
@@ -104,6 +105,12 @@ bool Has(ByteView records, std::uint8_t tag) {
     // What comes next says what is wrong with them.
   }
   return false;
+}
+
+/// What every verification with this key finds when the key is bad.
+std::optional<Verdict> CheckKey(const PublicKey& publicKey) {
+  if (publicKey.Error().empty()) return std::nullopt;
+  return Verdict{false, "the public key can't be used: " + publicKey.Error(), true};
 }
 
 }  // namespace
@@ -123,11 +130,13 @@ const Key& PublicKey::Value() const {
 
 Verdict VerifyBooking(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
                       const PublicKey& publicKey) {
+  if (const auto bad = CheckKey(publicKey)) return *bad;
   return Verify(Command::SignBooking, kWithTaxpayer, request, response, publicKey, "booking");
 }
 
 Verdict VerifyData(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
                    const PublicKey& publicKey) {
+  if (const auto bad = CheckKey(publicKey)) return *bad;
   const std::string kind = "data record";
   if (Has(request, tag::kDate)) {
     return Verify(Command::SignDataAndTime, kWithTaxpayer, request, response, publicKey, kind);
@@ -140,13 +149,14 @@ Verdict VerifyData(std::span<const std::uint8_t> request, std::span<const std::u
 
 Verdict VerifyReport(std::span<const std::uint8_t> request, std::span<const std::uint8_t> response,
                      const PublicKey& publicKey) {
+  if (const auto bad = CheckKey(publicKey)) return *bad;
   const std::string kind = "signed report";
   if (Has(request, tag::kFirstMonth)) {
-    return {false, "a report over months is not signed"};
+    return {.reason = "a report over months is not signed"};
   }
   if (Has(response, tag::kLifeCycle) && !Has(response, tag::kReportNumber) &&
       !Has(response, tag::kSignature)) {
-    return {false, "an unsigned report is not signed"};
+    return {.reason = "an unsigned report is not signed"};
   }
   if (Has(request, tag::kTransportPin)) {
     return Verify(Command::ReportActivate, kActivation, request, response, publicKey, kind);

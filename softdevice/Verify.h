@@ -13,19 +13,30 @@ namespace softdevice {
 struct Verdict {
   bool ok = false;     ///< whether everything belongs together
   std::string reason;  ///< the first thing that is wrong, in one line; empty when `ok`
+  /// Whether it is the public key that is wrong: then nothing is said about request and response.
+  bool badKey = false;
 };
 
 class Key;
 
 /// The public key of a device, as PEM text (`Device::PublicKeyPem`) or read from it once for many verifications;
 /// several threads may use it at a time. Text that is no such key makes every verdict say so.
+///
+/// The text is one SubjectPublicKeyInfo ("-----BEGIN PUBLIC KEY-----") that names the curve P-256, and whose point
+/// is in the uncompressed or in the compressed form; text before and behind it doesn't matter. Not taken are
+/// other curves and other kinds of keys, curves whose parameters are spelled out, the hybrid form, the point at
+/// infinity, points beside the curve, private keys, certificates, and a second key behind the first.
 class PublicKey {
  public:
   template <std::convertible_to<std::string_view> Pem>
   PublicKey(const Pem& pem) : PublicKey(std::string_view(pem)) {}
   PublicKey(std::string_view pem);
 
-  /// Throws `KeyError`.
+  /// Why the text is no such key, in one line; empty when it is one. All verdicts with a bad key say it behind
+  /// "the public key can't be used: ".
+  [[nodiscard]] const std::string& Error() const noexcept { return error_; }
+
+  /// The key. Throws `KeyError` when the text is none.
   [[nodiscard]] const Key& Value() const;
 
  private:

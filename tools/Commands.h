@@ -66,6 +66,9 @@ void RunDeviceInit(const DeviceInitOptions& options);
 /// Prints where a device stands.
 void RunDeviceShow(const std::optional<std::filesystem::path>& device, bool json);
 
+/// Checks all that a device file holds and prints what is damaged; `NotRight` when something is.
+ExitStatus RunDeviceCheck(const std::optional<std::filesystem::path>& device, bool json);
+
 struct ReportOptions {
   bool signedReport = false;
   bool unsignedReport = false;

@@ -1,7 +1,10 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
+#include "softdevice/Check.h"
 #include "tools/Commands.h"
 #include "tools/Common.h"
 #include "tools/Report.h"
@@ -82,6 +85,44 @@ std::string ToJson(const softdevice::Device& device, const softdevice::DeviceSta
   return root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
+/// The complete check, with its progress on a terminal.
+softdevice::CheckResult Check(const fs::path& path) {
+  std::optional<Progress> progress;
+  std::uint64_t shown = 0;
+  softdevice::CheckOptions options;
+  options.progress = [&](std::uint64_t done, std::uint64_t all) {
+    if (isatty(STDERR_FILENO) == 0) return;
+    if (!progress) progress.emplace("checking", static_cast<std::size_t>(all));
+    for (; shown < done; ++shown)
+      progress->Step({});
+  };
+  try {
+    return softdevice::CheckDeviceFile(path, options);
+  } catch (const softdevice::DeviceError& error) {
+    throw Failure(ExitStatus::Trouble, OneLine(error.what()));
+  }
+}
+
+std::string Counted(std::uint32_t count, const std::string& what) {
+  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string ToText(const softdevice::CheckResult& result) {
+  std::string text;
+  for (const std::string& damage : result.damages)
+    text += OneLine(damage) + "\n";
+  return text;
+}
+
+std::string ToJson(const softdevice::CheckResult& result, const fs::path& path) {
+  const nlohmann::ordered_json root = {{"file", path.string()},
+                                       {"ok", result.IsRight()},
+                                       {"transactions", result.transactions},
+                                       {"reports", result.reports},
+                                       {"damages", result.damages}};
+  return root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}
+
 }  // namespace
 
 void RunDeviceInit(const DeviceInitOptions& options) {
@@ -109,6 +150,15 @@ void RunDeviceShow(const std::optional<fs::path>& device, bool json) {
   const softdevice::Device opened = OpenDevice(path);
   const softdevice::DeviceState state = opened.State();
   Print(json ? ToJson(opened, state, path) : ToText(opened, state, path));
+}
+
+ExitStatus RunDeviceCheck(const std::optional<fs::path>& device, bool json) {
+  const fs::path path = device ? *device : DefaultDevicePath();
+  const softdevice::CheckResult result = Check(path);
+  Print(json ? ToJson(result, path) : ToText(result));
+  Say("the device " + Quoted(path) + (result.IsRight() ? " is as it was recorded: " : " is damaged: ") +
+      Counted(result.transactions, "transaction") + " and " + Counted(result.reports, "report") + " checked");
+  return result.IsRight() ? ExitStatus::Ok : ExitStatus::NotRight;
 }
 
 }  // namespace zel

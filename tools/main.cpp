@@ -196,14 +196,16 @@ void AddDay(CLI::App& app, zel::DayOptions& options) {
 }
 
 void AddDevice(CLI::App& app, zel::DeviceInitOptions& init, std::optional<std::filesystem::path>& device,
-               bool& json) {
-  CLI::App* const command = app.add_subcommand("device", "Makes a software signing device, or shows one");
+               bool& json, ExitStatus& status) {
+  CLI::App* const command =
+      app.add_subcommand("device", "Makes a software signing device, shows one, or checks its file");
   command->require_subcommand(1);
   constexpr const char* kExamples =
       "\nExamples:\n"
       "  zel device init --taxpayer DE123456789 --number 1 --pin 271828 --device till1.db\n"
       "  zel report --activate 271828 --device till1.db\n"
-      "  zel device show --device till1.db\n\n";
+      "  zel device show --device till1.db\n"
+      "  zel device check --device till1.db\n\n";
   command->footer(std::string(kExamples) + kDeviceFile + kStatuses);
 
   CLI::App* const make = command->add_subcommand("init", "Makes a software signing device");
@@ -227,6 +229,15 @@ void AddDevice(CLI::App& app, zel::DeviceInitOptions& init, std::optional<std::f
   show->add_flag("--json", json, "Write JSON for programs");
   show->footer(std::string(kExamples) + kDeviceFile + kStatuses);
   show->callback([&device, &json] { zel::RunDeviceShow(device, json); });
+
+  CLI::App* const check = command->add_subcommand(
+      "check", "Checks all that a device file holds: structure, state, totals, every record and signature");
+  AddOptional(*check, "--device", device, "The device file", "FILE");
+  check->add_flag("--json", json, "Write JSON for programs");
+  check->footer(std::string("\nWhat is damaged is named, a line for each, records with their numbers; status 1 "
+                            "then. Nothing is changed.\nOther processes may sign meanwhile.\n") +
+                kExamples + kDeviceFile + kStatuses);
+  check->callback([&device, &json, &status] { status = zel::RunDeviceCheck(device, json); });
 }
 
 void AddReport(CLI::App& app, zel::ReportOptions& options) {
@@ -323,7 +334,7 @@ int Run(int argc, char** argv) {
   AddReceipt(app, receipt, wide, status);
   AddDump(app, dump, status);
   AddVerify(app, verify, status);
-  AddDevice(app, init, shownDevice, showJson);
+  AddDevice(app, init, shownDevice, showJson, status);
   AddKey(app, device);
   AddDay(app, day);
 

@@ -61,14 +61,17 @@ class VNZEL10CMN_API clsZelContainer : public VnObject {
   bool VATchange() const noexcept;
 
   /// Writes the container's record at `Start` and moves `Start` behind it; nothing at all when turnover and
-  /// negative turnover are 0. `Data` is not enlarged and must reach to `Start` + 28. Fails with 9304 without
-  /// a tag, 9204 for a short buffer, the coder's number for a value that can't be written; `Start` is then
-  /// unchanged.
+  /// negative turnover are 0. `Data` is not enlarged and must reach to `Start` + 28. Fails with 9304 without a tag, 9204 for
+  /// a short buffer, 9202 for a negative lower bound, 9207 for an amount of more than 11 digits or one that rounds to 0
+  /// cents, 9203 for a VAT rate outside 0 to 99.99; 9 for a `Start` below the array. `Start` is then unchanged, and
+  /// `Data` may hold a part of the record.
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start);
 
   /// Resets the container and reads it from the record at `Start`; without a tag it takes that of the record.
-  /// Fails with 9204 for another tag and for a record that is cut off, 9305 for a record that has no place
-  /// in a container, the coder's number for a damaged value; `Start` is then unchanged.
+  /// Fails with 9204 for another tag and for a record that is cut off or reaches beyond the container, 9305 for a
+  /// record that has no place in a container, 9202 for a negative lower bound, 9205 for a record without length byte,
+  /// 9207, 9208 or 9209 for a damaged value; 9 for a `Start` outside the array or on its last byte. `Start` is then
+  /// unchanged, and the container holds what was read before.
   bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start);
 
   /// Resets amounts and flags; tag and form stay. Always True.

@@ -97,14 +97,16 @@ class VNZEL10CMN_API clsZelTransAct : public ItemHolder {
 
   /// Hands out the booking's bytes: `ItemList`, `Request`, `Response` or `ItemHash`; others fail with 9303.
   /// A request is built anew and replaces `Data` by an array of exactly its length; the others are copied to
-  /// `Start` on and must fit (9204). `DataLen` receives the number of bytes. Other failures: 9301, 9302,
-  /// 9000 for the item hash, 9307 for items that can't be encoded. After a failure `Data` is as it was.
+  /// `Start` on and must fit (9204); a `Start` below the array is a run-time fault (9). `DataLen` receives the number of
+  /// bytes, also when they don't fit. Other failures: 9301 and 9307 for items or values that can't be written, 9302 for
+  /// missing rates or prices, 9000 for the item hash, 6 for sums beyond the range. After a failure `Data` is as it was.
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      std::int32_t* DataLen = nullptr);
 
   /// Takes in `ItemList`, `Request` or `Response` from the bytes from `Start` on, `DataLen` of them (below 1:
   /// to the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen`
-  /// reaches beyond it, 9301 and 9305 for damaged data, of which the booking then holds what was read before.
+  /// reaches beyond it. Damaged data is 9301; in a request also 9305 for a tag that has no place there, and 9204, 9205 or
+  /// 9207 for a flag that is cut off or has a value. The booking then holds what was read before.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
                      std::int32_t DataLen = 0);
 

@@ -42,7 +42,8 @@ class VNZEL10CMN_API clsZelVatItem : public VnObject {
   Date ValidUpTo() const noexcept;
 
   /// Sets the period of validity, whole days, in either order. `From` is kept within 2000 to 2099; `UpTo`
-  /// before 2000 becomes 1 January 2000. True unless a date is none at all.
+  /// before 2000 becomes 1 January 2000. A date beyond the year 9999 is a
+  /// run-time fault (6); the period then stays.
   bool SetDates(Date From = EarliestDate(), Date UpTo = LatestDate());
 
   /// The VAT of a price at the rate number `VatIdx` (other numbers: rate 0), rounded commercially to two

@@ -41,7 +41,7 @@ class VNZEL10CMN_API clsZelVatList : public VnObject {
   /// Removes all rate sets.
   void Clear();
 
-  /// Appends a rate set; 9000 when its period overlaps that of another.
+  /// Appends a rate set. Fails with 9000 when its period overlaps that of another, 91 without a set.
   bool AddItem(std::shared_ptr<clsZelVatItem> Item);
 
  private:

@@ -18,7 +18,8 @@ namespace VnZEL10cmn {
 /// rounding, Base64, Base32 and hexadecimal text, SHA-1 and SHA-256.
 ///
 /// Operations that return a Boolean leave the reason of a failure in `ErrorObject`, and their `Result` as it
-/// was unless they say otherwise. Characters are counted in UTF-16 code units, positions from 1.
+/// was unless they say otherwise. An argument may be the operation's own result. Characters are counted in
+/// UTF-16 code units, positions from 1.
 class VNZEL10CMN_API clsHelper01 : public VnObject {
  public:
   /// A helper without a log file.
@@ -34,7 +35,7 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   std::string ZEL_CharReplace(std::string_view Data, std::int32_t Length);
 
   /// Splits a text at CR LF, CR, LF and NUL; trailing NULs are dropped first. `LineList` is replaced and
-  /// holds at least one line. Always True.
+  /// holds at least one line. Always True while there is memory.
   bool GetLinesOfString(std::string_view Data, std::vector<std::string>& LineList);
 
   /// The byte with its bits in the opposite order.
@@ -52,8 +53,9 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   ByteArray LongToBytes(std::int32_t Value, bool BigEndian = false, bool NoZeroBytes = false);
 
   /// Bytes as printable text, one character each: 32 to 126 as they are; 145, 146 and 161 to 255 as their
-  /// code page 1252 character when `Asc126Plus` is True; "?" for the others. From `Start` to the end, or
-  /// `Count` bytes when that is above 0. Throws std::out_of_range for an index outside the array.
+  /// code page 1252 character when `Asc126Plus` is True; "?" for the others. From `Start` to the end, nothing
+  /// when `Start` lies behind it, or `Count` bytes when that is above 0. Throws std::out_of_range for an
+  /// index outside the array.
   std::string BytesToPString(const ByteArray& Value, std::int32_t Start, std::int32_t Count = -1,
                              bool Asc126Plus = false);
 
@@ -65,16 +67,18 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   std::int32_t CurrencyToLong(Currency Value);
 
   /// Rounds half away from zero to `Digits` decimals (0 to 3; others count as 2), in currency arithmetic. An
-  /// overflow on the way is filed (6, user-defined False) and gives 0.
+  /// overflow on the way is filed (6, user-defined False) and gives 0: the amount times 10 to the
+  /// power of `Digits`, and one half more, has to be a currency.
   Currency RoundCmrc(Currency Value, std::int32_t Digits = 2);
 
   /// The same in decimal arithmetic of 28 digits, converted to currency at the end. An overflow (6) or a
   /// text that is not a number in the regional form (13) is filed, user-defined False, and gives 0.
   Currency RoundCmrc2(Currency Value, std::int32_t Digits = 2);
-  /// The same for a double, of which 15 significant digits are taken. Infinities and what is not a number are an
-  /// overflow.
+  /// The same for a double, of which 15 significant digits are taken. Infinities and what is not a number are
+  /// an overflow.
   Currency RoundCmrc2(double Value, std::int32_t Digits = 2);
-  /// The same for a single, of which 7 significant digits are taken: 1.005f gives 1.01, 16777216.0f gives 16777220.
+  /// The same for a single, of which 7 significant digits are taken: 1.005f gives 1.01, 16777216.0f gives
+  /// 16777220.
   Currency RoundCmrc2(float Value, std::int32_t Digits = 2);
   /// The same for an integer.
   Currency RoundCmrc2(std::int64_t Value, std::int32_t Digits = 2);
@@ -99,40 +103,50 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   }
 
   /// Base64 text of the bytes from index `Start` (below 1: from 0), `Count` of them (below 1, or too many:
-  /// to the end). `LineLen` of 12 or more breaks the text with CR LF after so many characters; the last
-  /// line may hold one more. `ReplPlus` and `ReplSlsh` (first character; letters and digits are not taken)
-  /// stand for "+" and "/". Fails with 9101 equal replacement characters, 9102 negative lower bound, 9103
-  /// `Start` above the upper bound.
+  /// to the end); that of an empty array is empty. `LineLen` of 12 or more breaks the text with CR LF after
+  /// so many characters; the last line may hold one more.
+  ///
+  /// The first characters of `ReplPlus` and `ReplSlsh` other than blanks stand for "+" and "/"; without one
+  /// it is these themselves, and a letter or digit counts as "+" in both.
+  ///
+  /// Fails with 9101 equal replacement characters, 9102 negative lower bound, 9103 `Start` above the upper
+  /// bound. A `Start` below a positive lower bound, 0 among them, is a run-time fault (9).
   bool ToBase64String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0,
                       std::int32_t Count = 0, std::int32_t LineLen = 0, std::string_view ReplPlus = "+",
                       std::string_view ReplSlsh = "/");
 
-  /// Bytes of a Base64 text; CR, LF and outer blanks are passed over. Fails with 9101 equal replacement
-  /// characters, 9105 empty text, 9104 length not a multiple of 4, 9106 invalid character. `Result` is
-  /// zero-based; after 9106 it holds what was decoded before, the rest zero.
+  /// Bytes of a Base64 text, zero-based; CR, LF and outer blanks are passed over. Replacement characters as
+  /// for `ToBase64String`. A group of four characters with "=" in it gives fewer bytes; if others follow, as
+  /// many zeros stand at the end of `Result`.
+  ///
+  /// Fails with 9101 equal replacement characters, 9105 empty text, 9104 length not a multiple of 4, 9106
+  /// invalid character. Run-time faults are a group that begins with "=", such as "====" (6), and an ending
+  /// that gives more bytes than its "=" leave room for, which only a replacement character "=" can do (9).
+  /// After 9106, 6 and 9 `Result` has its length and holds what was decoded before, the rest zero.
   bool FromBase64String(std::string_view Data, ByteArray& Result, std::string_view ReplPlus = "+",
                         std::string_view ReplSlsh = "/");
 
-  /// Base32 text, padded with "="; `HexEnc` selects the base32hex alphabet. `Start`, `Count` and failures as
-  /// for Base64; `LineLen` counts from 16.
+  /// Base32 text, padded with "="; `HexEnc` selects the base32hex alphabet. `Start`, `Count` and their
+  /// failures (9102, 9103, 9) as for Base64; `LineLen` counts from 16.
   bool ToBase32String(const ByteArray& Data, std::string& Result, std::int32_t Start = 0,
                       std::int32_t Count = 0, std::int32_t LineLen = 0, bool HexEnc = false);
 
-  /// Bytes of a hexadecimal text in either case; "-", blanks, CR and LF are passed over. Fails with 9105
-  /// empty text, 9104 odd length, 9106 invalid character. `Result` is zero-based; after 9106 it holds what
-  /// was decoded before, the rest zero.
+  /// Bytes of a hexadecimal text in either case, zero-based; "-", blanks, CR and LF are passed over, and a
+  /// text of nothing else has none. Fails with 9105 empty text, 9104 odd length, 9106 invalid character.
+  /// After 9106 `Result` has its length and holds what was decoded before, the rest zero.
   bool GetBytesOfBinStr(std::string_view Data, ByteArray& Result);
 
-  /// Upper-case hexadecimal text. `SepStr` (first character; hexadecimal digits are not taken) separates
-  /// bytes, or groups of `GroupLen` digits when that is 1 or more ("-" when there is none then); grouped
-  /// text ends with the last group that at least one more digit follows. Fails with 9102 negative lower
-  /// bound.
+  /// Upper-case hexadecimal text of all bytes. The first character of `SepStr`, unless it is one of the
+  /// digits 0 to 9 and A to F (small letters are taken), separates bytes, or groups of `GroupLen` digits when
+  /// that is 1 or more ("-" when there is none then); grouped text ends with the last group that at least one
+  /// more digit follows. Fails with 9102 negative lower bound.
   bool GetBinStrOfBytes(const ByteArray& Data, std::string& Result, std::string_view SepStr = {},
                         std::int32_t GroupLen = 0);
 
   /// SHA-1 of a text in code page 1252, 20 bytes.
   bool GetSHA1Hash(std::string_view Data, ByteArray& Result);
-  /// SHA-1 of the bytes from index 0 to the upper bound, 20 bytes. Fails with 9102 negative lower bound.
+  /// SHA-1 of the bytes from index 0 to the upper bound, 20 bytes. Fails with 9102 negative lower bound; a
+  /// positive one is a run-time fault (9).
   bool GetSHA1Hash1(const ByteArray& Data, ByteArray& Result);
   /// SHA-1 of a text in code page 1252, 40 upper-case hexadecimal digits.
   bool GetSHA1Hash2(std::string_view Data, std::string& Result);
@@ -141,7 +155,7 @@ class VNZEL10CMN_API clsHelper01 : public VnObject {
   bool GetSHA256Hash(std::string_view Data, ByteArray& Result);
   /// SHA-256 of the bytes from index 0 to the upper bound, 32 bytes. Each byte passes through its code page
   /// 1252 character and that character's low byte: 80 hashes as AC, 99 as 22. Fails with 9102 negative lower
-  /// bound.
+  /// bound; a positive one is a run-time fault (9).
   bool GetSHA256Hash1(const ByteArray& Data, ByteArray& Result);
   /// SHA-256 of the low bytes of a text's UTF-16 code units, 64 lower-case hexadecimal digits.
   bool GetSHA256Hash2(std::string_view Data, std::string& Result);

@@ -77,14 +77,15 @@ class VNZEL10CMN_API clsZelTransActData : public DeviceDocument {
   bool XmlHandler(std::string& XmlData, bool Export, std::int32_t Intent = 4);
 
   /// Copies the record's bytes into `Data` from `Start` on: `Request` (built anew), `Response` or
-  /// `BinaryData`; others fail with 9303. 9204 when they do not fit, 9301 for other failures. `DataLen`
-  /// receives the number of bytes. After a failure `Data` is as it was.
+  /// `BinaryData`; others fail with 9303. 9204 when they do not fit, 9 for a `Start` below the array, 9301 for other
+  /// failures. `DataLen` receives the number of bytes, also when they don't fit. After a failure `Data` is as it was.
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      std::int32_t* DataLen = nullptr);
 
   /// Takes in `Request`, `Response` or `BinaryData` from the bytes from `Start` on, `DataLen` of them (below
   /// 1: to the end); others fail with 9303. 9103 when `Start` lies outside the array, 9204 when `DataLen`
-  /// reaches beyond it, 9301 and 9305 for damaged data, of which the record then holds what was read before.
+  /// reaches beyond it, 9301 for damaged data, 9305 for a tag that has no place in a request; the record then holds what
+  /// was read before.
   /// A response may hold its records in any order; one with a taxpayer makes a `DataOnly` record a
   /// `DataAndTpID` one, a request with a time makes it a `DataAndTime` one.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,

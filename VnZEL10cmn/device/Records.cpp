@@ -361,7 +361,7 @@ std::optional<std::int64_t> BcdNumber(std::span<const std::uint8_t> value) {
     if (byte >> 4 > 9 || (byte & 15) > 9) {
       return std::nullopt;
     }
-    number = number * 100 + (byte >> 4) * 10 + (byte & 15);
+    number = number * 100 + std::int64_t{(byte >> 4) * 10 + (byte & 15)};
   }
   return number;
 }

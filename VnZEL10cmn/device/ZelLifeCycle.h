@@ -4,7 +4,7 @@
 
 namespace VnZEL10cmn {
 
-/// The device's state.
+/// The device's state. A device may tell others.
 enum class ZelLifeCycle : std::int32_t {
   Undefined = 0,     ///< not set
   Initialized = 1,   ///< initialized

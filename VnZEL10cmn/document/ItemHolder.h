@@ -48,7 +48,7 @@ class VNZEL10CMN_API ItemHolder : public DeviceDocument {
   /// The item with this instance ID, or none.
   std::shared_ptr<IVnZelItem> ItemK(std::string_view InstanceID) const;
 
-  /// Appends an item. Fails with 9306 when it is in the list already; the list's text is taken over.
+  /// Appends an item. Fails with number and text of the list: 9306 when it is in the list already, 91 without an item.
   bool AddItem(std::shared_ptr<IVnZelItem> Item);
 
   /// Removes one item, see `clsZelItemList::RemoveItem`.
@@ -61,7 +61,7 @@ class VNZEL10CMN_API ItemHolder : public DeviceDocument {
 
   /// The item hash as text: of the last request or import (`FromMem`), or of the present items. Base64 and
   /// Base32 texts are cut into groups of `GroupLen` characters with "-", Base16 as by `GetBinStrOfBytes`.
-  /// Empty when there is nothing to hash; "##FEHLER##" after a failure (9000).
+  /// Empty when there is nothing to hash; "##FEHLER##" after a failure (9000), whose reason is in the log.
   std::string GetItemHash(ZELHashFmt HashFmt, bool FromMem = false, std::int32_t GroupLen = 0);
 
  protected:

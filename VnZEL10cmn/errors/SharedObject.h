@@ -9,7 +9,8 @@
 namespace VnZEL10cmn {
 
 /// An object whose operations call a host's classes. Where a std::shared_ptr owns the object, it stays alive until its
-/// operation is over, whatever the host lets go of meanwhile. Not for hosts.
+/// operation is over, whatever the host lets go of meanwhile. A class that a host derives needs no
+/// std::enable_shared_from_this of its own, and can't have a second one. Not for hosts.
 template <class Class>
 class SharedObject : public VnObject, public std::enable_shared_from_this<Class> {
  protected:

@@ -99,6 +99,9 @@ class VNZEL10CMN_API VnObject {
   /// Says that there was no memory to file what happened; takes none itself.
   static void FileOutOfMemory(clsVnError& error) noexcept;
 
+  /// How many failures an error object was told so far: whether there is a new one.
+  static std::uint32_t FailureCount(const clsVnError& error) noexcept { return error.failures_; }
+
   /// Resets the failure part of the error object.
   void ClearErr();
 

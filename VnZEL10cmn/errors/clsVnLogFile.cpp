@@ -110,6 +110,8 @@ bool clsVnLogFile::Write(IVnLogItem* item) {
   const auto fail = [&](ZELErrorCodes number, std::string_view cause) {
     return Fail(number, Compose("Schreiben der Daten nicht möglich!", kCrLf, "Ursache: ", cause), operation);
   };
+  // A host's item may let go of the log.
+  const std::shared_ptr<clsVnLogFile> alive = weak_from_this().lock();
   return Run(operation, [&] {
     if (!writeErrors_ && !writeEntries_) {
       return true;

@@ -14,7 +14,7 @@ namespace VnZEL10cmn {
 /// A log file, in code page 1252 with CR LF. A host opens it and attaches it as `LogHandler` to any number of
 /// objects, whose failures are then appended, each entry whole and in the order of the calls. Its own
 /// failures show in the Boolean results only.
-class VNZEL10CMN_API clsVnLogFile : private VnObject {
+class VNZEL10CMN_API clsVnLogFile : private VnObject, public std::enable_shared_from_this<clsVnLogFile> {
  public:
   /// A closed log file that will write errors, not messages.
   clsVnLogFile();
@@ -37,16 +37,18 @@ class VNZEL10CMN_API clsVnLogFile : private VnObject {
   /// Switches entries of message objects on or off.
   void WriteEntries(bool Value) noexcept;
 
-  /// Opens a file (UTF-8 name) for appending; an empty name reopens the file opened last. `xOverRide` deletes
-  /// an existing file first. With both switches off nothing is opened and the result is True. Fails when a
-  /// file is open already, no name is known, or the system refuses; `FileName` changes only on success.
+  /// Opens a file (UTF-8 name) for appending, and makes it if there is none; an empty name reopens the file opened
+  /// last. `xOverRide` deletes a regular file of that name first; anything else of that name (a pipe, a device) is
+  /// opened as it is. With both switches off nothing is opened and the result is True. Fails when a file is open
+  /// already, no name is known, or the system refuses; `FileName` changes only on success.
   bool FileOpen(std::string_view xFileName = {}, bool xOverRide = false);
 
   /// Closes an open file. Always True.
   bool FileClose();
 
-  /// Appends the item's entry and a line end. An item whose kind is switched off is skipped (True). Fails
-  /// without an item, without an open file, for an empty entry, and when the entry can't be written wholly.
+  /// Appends the item's entry and a line end. An item whose kind is switched off is skipped (True); with both switches
+  /// off nothing is looked at, a missing item or file included (True). Otherwise fails without an item, without an open
+  /// file, for an empty entry, and when the entry can't be written wholly.
   bool FileWriteEntry(const std::shared_ptr<IVnLogItem>& Item);
   /// The same for an item that the caller keeps.
   bool FileWriteEntry(IVnLogItem& Item);

@@ -10,7 +10,9 @@
 
 namespace VnZEL10cmn {
 
-/// A booking item as lists, bookings, reports and print engines see it. A host may bring its own classes.
+/// A booking item as lists, bookings, reports and print engines see it. A host may bring its own classes. They may throw
+/// what they like: the operation that called them fails, with 5 or the run-time number of a standard exception. While they
+/// are asked for their records or prices they must not change the list that asks; that operation then fails.
 class VNZEL10CMN_API IVnZelItem {
  public:
   virtual ~IVnZelItem() = default;

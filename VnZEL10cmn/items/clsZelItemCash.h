@@ -26,8 +26,8 @@ class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
   clsZelItemCash();
   ~clsZelItemCash() override;
 
-  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it was
-  /// asked for first.
+  /// The item's identity, 36 characters; empty for good if the system had nothing to make one from when it
+  /// was asked for first.
   std::string InstanceID() override;
   /// The item's own error object.
   clsVnError& ErrorObject() override;
@@ -100,9 +100,11 @@ class VNZEL10CMN_API clsZelItemCash : public IVnZelItem,
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start, ZELSerialType SerialType,
                      std::string_view DataStr = {}, std::int32_t DataLen = 0);
 
-  /// Resets the item and reads it from the records at `Start`, up to the next quantity record or the end.
-  /// Fails with 9204 when the first record is cut off, 9305 for a tag that has no place in an item, the
-  /// coder's number for a damaged field; `Start` is then unchanged and the fields hold what was read.
+  /// Resets the item and reads it from the records at `Start`, up to the next quantity record or the end. A single byte
+  /// behind the last record is left alone. Fails with 9204 when a record is cut off, 9305 for a tag that has no place in
+  /// an item, and for a damaged field with 9202 (negative lower bound), 9206, 9207, 9208 or 9209; run-time faults are 9
+  /// for a `Start` outside the array or on its last byte, 13 for a quantity that is no number and 6 for one that is too
+  /// large. `Start` is then unchanged and the fields hold what was read.
   bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start) override;
 
   /// Resets quantity, unit, name, flags and prices. Always True.

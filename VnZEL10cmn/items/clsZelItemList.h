@@ -43,7 +43,8 @@ class VNZEL10CMN_API clsZelItemList : public SharedObject<clsZelItemList> {
   /// The item at a position counted from 1; none for a position that does not exist.
   std::shared_ptr<IVnZelItem> ItemI(std::int32_t Index) const;
 
-  /// The item with exactly this instance ID, or none.
+  /// The first item with exactly this instance ID, or none. A host's items are asked for the ID that they have now, and
+  /// what one of them throws is thrown to the caller.
   std::shared_ptr<IVnZelItem> ItemK(std::string_view InstanceID) const;
 
   /// Sets the print engine behind `ToString`; with none, each item is asked for its own text.
@@ -53,34 +54,37 @@ class VNZEL10CMN_API clsZelItemList : public SharedObject<clsZelItemList> {
   void ItemFactory(std::shared_ptr<clsZelListItemFact> Value);
 
   /// The hash of the list's binary form, SHA-256 or SHA-1, as Base64 or Base32 text; `ZelGrp` cuts it into
-  /// groups of 5 characters separated by `GrpSep` (empty: a blank). `HASH` keeps its content on failure.
+  /// groups of 5 characters separated by `GrpSep` (empty: a blank). Fails as `BinaryDataGet` does, whose name the error
+  /// then has. `HASH` keeps its content on failure.
   bool GetItemHash(bool Bit256, bool AsBase32, bool ZelGrp, std::string& HASH, std::string_view GrpSep = {});
 
-  /// Appends an item and hands it the list's log file. Fails with 9306 when an item with its instance ID is
-  /// in the list already.
+  /// Appends an item and hands it the list's log file. Fails with 9306 when an item was added with its instance ID
+  /// already (a host's item may have another one by now), 91 without an item.
   bool AddItem(std::shared_ptr<IVnZelItem> Item);
 
-  /// Removes one item: `Item` itself, else the one with the instance ID, else the one at the position. What
-  /// is not found is no error; a position beyond the list is a run-time fault (9).
+  /// Removes one item: `Item` itself, else the first with the instance ID (see `ItemK`), else the one at the position.
+  /// What is not found is no error; a position beyond the list is a run-time fault (9), if there are items at all.
   bool RemoveItem(const std::shared_ptr<IVnZelItem>& Item = nullptr, std::string_view ID = {},
                   std::int32_t Index = -1);
 
   /// Appends all items' records at `Start`, enlarging `Data` by 128 bytes per item, and moves `Start` behind
   /// them; `Start` is the length to use, what follows in `Data` is reserve. An empty list writes nothing, is
-  /// a success and leaves a message in the log. Fails with 9301 when an item fails; the item's own error
-  /// object tells why, `Start` stands where it stopped.
+  /// a success and leaves a message in the log. Fails with 9301 when an item fails, which its own error object explains, or
+  /// when a host's item moves or leaves the array or changes the list; `Start` is then where the item left it. 6 when the array
+  /// would end beyond the largest index. Failures are not logged.
   bool BinaryDataGet(ByteArray& Data, std::int32_t& Start);
 
   /// Replaces the items by those read from `Start` on, `DataLen` bytes (below 1: to the end), and moves
   /// `Start`. Fails with 9207 when that reaches beyond the end (items unchanged), 9307 when an item can't be
-  /// decoded (`Start` stands at it), 9306 when it can't be added (`Start` stands behind it); items before it
-  /// then stay in the list.
+  /// decoded (`Start` is where that item began), 9306 when it can't be added (`Start` is behind it), 91 when the factory
+  /// makes none, 9 for a `Start` below the array; items before it then stay in the list.
   bool BinaryDataSet(const ByteArray& Data, std::int32_t& Start, std::int32_t DataLen = 0);
 
   /// Removes all items. Always True.
   bool Clear();
 
-  /// The items' texts, one under the other; empty for an item that fails, which shows in the error object.
+  /// The items' texts, one under the other; empty for an item that fails. The first failure of the print engine shows
+  /// in the list's error object; without an engine each item's failure is in its own.
   std::string ToString();
 
  private:

@@ -14,7 +14,8 @@ class VNZEL10CMN_API clsZelListItemFact : public VnObject {
   clsZelListItemFact();
   ~clsZelListItemFact() override;
 
-  /// A new, empty item; here a `clsZelItemCash`. `ErrObj` is not used.
+  /// A new, empty item; here a `clsZelItemCash`. `ErrObj` is not used. A factory that returns none makes reading fail, with
+  /// its own error if it filed one, otherwise with 91.
   virtual std::shared_ptr<IVnZelItem> CreateNewItem(clsVnError* ErrObj = nullptr);
 };
 

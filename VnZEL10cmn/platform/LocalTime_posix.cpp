@@ -1,4 +1,4 @@
-#include <time.h>
+#include <time.h>  // NOLINT(modernize-deprecated-headers): localtime_r is of this header
 
 #include "VnZEL10cmn/platform/internal/LocalTime.h"
 

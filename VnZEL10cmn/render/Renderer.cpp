@@ -2,7 +2,7 @@
 
 namespace VnZEL10cmn {
 
-Renderer::Renderer(const char* className) : VnObject(className) {}
+Renderer::Renderer(const char* className) : SharedObject(className) {}
 
 Renderer::~Renderer() = default;
 

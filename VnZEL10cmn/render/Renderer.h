@@ -1,17 +1,18 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "VnZEL10cmn/errors/VnObject.h"
+#include "VnZEL10cmn/errors/SharedObject.h"
 #include "VnZEL10cmn/types/Export.h"
 
 namespace VnZEL10cmn {
 
 /// What print engines have in common: a failure goes to the error object handed in, if any, which is clear after a
 /// rendering that succeeded. Not for hosts.
-class VNZEL10CMN_API Renderer : public VnObject {
+class VNZEL10CMN_API Renderer : public SharedObject<Renderer> {
  protected:
   /// `className` is a literal: the class's published name.
   explicit Renderer(const char* className);
@@ -20,13 +21,13 @@ class VNZEL10CMN_API Renderer : public VnObject {
   /// Runs a rendering and hands its failure, if any, to the error object given.
   template <class Body>
   std::string Render(std::string_view operation, clsVnError* errObj, Body&& body) {
-    // The error object may be that of the object that is rendered: what it tells is of this rendering.
-    if (errObj != nullptr) {
-      errObj->ClearErr();
-    }
+    const std::uint32_t before = errObj == nullptr ? 0 : FailureCount(*errObj);
     std::string text = RunFor<std::string>(operation, std::forward<Body>(body));
     if (errObj != nullptr && HasError()) {
       HandOver(*errObj);
+    } else if (errObj != nullptr && FailureCount(*errObj) == before) {
+      // What the object that is rendered filed meanwhile stays: it may be its error object.
+      errObj->ClearErr();
     }
     return text;
   }

@@ -185,8 +185,9 @@ std::string clsZelItemPrint::ToStringBI(std::shared_ptr<clsZelTransAct> BookItem
         FailAs(inner, inner.ErrorMsg(), Compose(operation, isRendered ? ".[GetPrices]" : ".[ToString]"));
         return {};
       }
-      for (const Currency price : prices) {
-        total += price;
+      // Those of the classes, whatever the item made of the array.
+      for (std::int32_t i = 0; i < 6; ++i) {
+        total += prices[i];
       }
     }
     text.append(Compose(std::string(45, ' '), std::string(18, '-'), kCrLf, std::string(45, ' '),

@@ -14,7 +14,12 @@ namespace VnZEL10cmn {
 /// Renders items, bookings and data records as plain text receipts: German, fixed columns, CR LF, numbers and
 /// dates with the host's regional characters. A host with a layout of its own derives from it.
 ///
-/// A failure goes to the error object handed in, if any; the result is then empty.
+/// A failure goes to the error object handed in, if any; the result is then empty. After a success that error object is
+/// clear, unless the rendered object filed something in it meanwhile. No object at all is 91.
+///
+/// An engine is given the std::shared_ptr that owns the object where there is one, and may keep it. For an object without
+/// one (on the stack, or a part of another) it is given a pointer that owns nothing: that one is valid for the call only,
+/// and an engine that keeps it ends the program in debug builds.
 class VNZEL10CMN_API clsZelItemPrint : public Renderer {
  public:
   /// The standard layout.

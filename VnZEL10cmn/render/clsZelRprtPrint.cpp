@@ -68,6 +68,8 @@ clsZelRprtPrint::clsZelRprtPrint() : Renderer("clsZelRprtPrint") {}
 
 clsZelRprtPrint::~clsZelRprtPrint() = default;
 
+// Hosts override it as it is published.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::string clsZelRprtPrint::ToStringItmRpt(std::shared_ptr<IVnZelItem>, clsVnError* ErrObj) {
   return Render("ToStringItmRpt", ErrObj, [] { return std::string("Wird hier nicht unterstützt!"); });
 }

@@ -11,7 +11,7 @@
 namespace VnZEL10cmn {
 
 /// Renders reports as German text with a table of the nine containers, 164 columns wide. A host with a layout
-/// of its own derives from it.
+/// of its own derives from it. What `clsZelItemPrint` says of error objects and of keeping what is rendered holds here too.
 class VNZEL10CMN_API clsZelRprtPrint : public Renderer {
  public:
   /// The standard layout.

@@ -17,7 +17,6 @@
 namespace VnZEL10cmn {
 
 using internal::Compose;
-using internal::kCrLf;
 using internal::kPositionLine;
 using internal::Via;
 

@@ -96,13 +96,16 @@ class VNZEL10CMN_API clsZelReport : public ItemHolder {
   /// list (9302); a failed one leaves what was read before the failure.
   bool XmlHandler(std::string& XmlData, bool Export, std::int32_t Intent = 4);
 
-  /// Hands out the report's bytes: `ItemList`, `Request` (of the kind given), `Response` or `ItemHash`; see
-  /// `clsZelTransAct::BinaryDataGet`. The report date and the first month of a span may move.
+  /// Hands out the report's bytes: `ItemList`, `Request` (of the kind given), `Response` or `ItemHash`; others fail with
+  /// 9303. Copying and `DataLen` as for `clsZelTransAct::BinaryDataGet` (9204, 9); other failures are 9301, and 9000 for
+  /// the item hash. The report date and the first month of a span may move, also before a failure.
   bool BinaryDataGet(ZELSerialType DataType, ByteArray& Data, std::int32_t Start,
                      ZelReportType ReportType = ZelReportType::Undefined, std::int32_t* DataLen = nullptr);
 
-  /// Takes in `ItemList`, `Request` or `Response`; see `clsZelTransAct::BinaryDataSet`. A response may hold
-  /// its records in any order; values that it lacks stay, the signature does not.
+  /// Takes in `ItemList`, `Request` or `Response`; others fail with 9303. `Start` and `DataLen` as for
+  /// `clsZelTransAct::BinaryDataSet` (9103, 9204); damaged data is 9301, a tag that has no place 9305. A response may hold
+  /// its records in any order; values that it lacks stay, the signature does not. After a failure the report holds what
+  /// was read before.
   bool BinaryDataSet(ZELSerialType DataType, const ByteArray& Data, std::int32_t Start,
                      std::int32_t DataLen = 0);
 

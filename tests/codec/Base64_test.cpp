@@ -388,6 +388,18 @@ TEST(FromBase64String, APadAtTheStartOfAGroupIsAFault) {
   }
 }
 
+TEST(FromBase64String, AFaultLeavesWhatWasDecodedBefore) {
+  clsHelper01 helper;
+  ByteArray result = FromHex("EE EE EE EE EE EE EE");
+  EXPECT_FALSE(helper.FromBase64String("====", result));
+  EXPECT_EQ(result, FromHex("00"));
+  EXPECT_FALSE(helper.FromBase64String("QUFB=QQQ", result));
+  EXPECT_EQ(result, FromHex("41 41 41 00 00 00"));
+  EXPECT_FALSE(helper.FromBase64String("QUFBQUE=", result, "="));
+  ExpectFault(helper.ErrorObject(), 9, "FromBase64String");
+  EXPECT_EQ(result, FromHex("41 41 41 41 41"));
+}
+
 // The digit then counts as a pad too when the length is found.
 TEST(FromBase64String, APadSignThatStandsForADigitCanBeAFault) {
   EXPECT_EQ(Decode("=AAA", "="), "F8 00 00");

@@ -330,6 +330,13 @@ TEST(BytesToPString, ShowsEveryByteAsItsRangeSays) {
   }
 }
 
+TEST(BytesToPString, AStartBehindTheEndGivesNothing) {
+  clsHelper01 helper;
+  EXPECT_EQ(helper.BytesToPString(FromHex("41"), 1), "");
+  EXPECT_EQ(helper.BytesToPString(FromHex("41"), 7), "");
+  EXPECT_EQ(helper.BytesToPString({}, 0), "");
+}
+
 TEST(BytesToPString, StartAndCountSelectBytes) {
   clsHelper01 helper;
   const ByteArray bytes = FromHex("41 42 43 44");

@@ -194,6 +194,7 @@ TEST(GetDataBcdSgnd, RefusesANegativeZero) {
               "    Position total ..: 2\r\n"
               "    Dekodierter Wert : & Result");
   EXPECT_EQ(start, 2);
+  EXPECT_EQ(result, "0");
   EXPECT_FALSE(coding.GetDataBcdSgnd(FromHex("00 00 D8 03 00 00 0D"), start, result));
   EXPECT_EQ(coding.ErrorObject().ErrorNr(), 9209);
   EXPECT_EQ(start, 2);

@@ -1059,6 +1059,13 @@ TEST(ZelCounter, ReadsBigEndianAndUnsigned) {
   EXPECT_EQ(CounterOf("CB 04 FF FF FF FF"), Currency(4294967295));
 }
 
+TEST(ZelCounter, WritesWhatCurrencyToLongMakesOfIt) {
+  EXPECT_EQ(WrittenCounter(Currency::FromScaled(25000)), "CB 01 02");
+  EXPECT_EQ(WrittenCounter(Currency::FromScaled(35000)), "CB 01 04");
+  EXPECT_EQ(WrittenCounter(Currency(4294967296)), "CB 01 00");
+  EXPECT_EQ(WrittenCounter(Currency(6442450943)), "CB 04 7F FF FF FF");
+}
+
 TEST(ZelCounter, OfMoreThanFourBytesTheFirstFourCount) {
   EXPECT_EQ(CounterOf("CB 05 01 02 03 04 05"), Currency(16909060));
   EXPECT_EQ(CounterOf("CB 08 00 00 00 01 FF FF FF FF"), Currency(1));
@@ -1476,6 +1483,32 @@ TEST(GetZelDates, MinLen3ReadsAMonthUnderOtherTags) {
   EXPECT_EQ(DateOf("CD 04 20 26 11 30", ZelTags::tDate, 3), "2026-11-01 00:00:00");
 }
 
+TEST(GetZelDates, TheDayOfAMonthHasNoInfluence) {
+  EXPECT_EQ(DateOf("D0 04 20 26 11 31", ZelTags::Month_Start), "2026-11-01 00:00:00");
+  EXPECT_EQ(DateOf("D1 04 20 26 11 31", ZelTags::Month_End), "2026-11-30 23:59:59");
+}
+
+TEST(GetZelDates, AMinimumLengthAboveFourIsTheGreatestToo) {
+  EXPECT_EQ(DateOf("CD 05 20 26 11 30 99", ZelTags::tDate, 5), "2026-11-30 00:00:00");
+  clsZelBaseCoding coding;
+  std::int32_t start = 0;
+  Date result;
+  EXPECT_FALSE(coding.GetZelDates(FromHex("CD 06 20 26 11 30 99 99"), start, ZelTags::tDate, result, 5));
+  EXPECT_EQ(coding.ErrorObject().ErrorNr(), 9207);
+}
+
+TEST(GetZelDates, ADateOfTooFewBytesOrBeforeTheYear1000IsRefused) {
+  clsZelBaseCoding coding;
+  for (const char* record : {"CD 03 20 26 11", "CD 01 00", "CD 04 09 99 12 31"}) {
+    std::int32_t start = 0;
+    Date result(7.5);
+    EXPECT_FALSE(coding.GetZelDates(FromHex(record), start, ZelTags::tDate, result, 1)) << record;
+    test::ExpectFailure(coding.ErrorObject(), 9203, "GetZelDates");
+    EXPECT_EQ(start, 0);
+    EXPECT_EQ(result, Date(7.5));
+  }
+}
+
 TEST(GetZelDates, AGivenMinimumLengthReplacesTheUsualOne) {
   clsZelBaseCoding coding;
   std::int32_t start = 0;
@@ -1570,6 +1603,12 @@ TEST(SetZelDates, WritesDaysAndMonths) {
   EXPECT_EQ(WrittenDate(ZelTags::Month_Start, Date(46387.0)), "D0 03 20 26 12");
   EXPECT_EQ(WrittenDate(ZelTags::Month_End, Date(46387.0)), "D1 03 20 26 12");
   EXPECT_EQ(WrittenDate(ZelTags::tDate, Date(36526.0)), "CD 04 20 00 01 01");
+}
+
+TEST(SetZelDates, RoundsToSeconds) {
+  // Less than half a second before midnight.
+  EXPECT_EQ(WrittenDate(ZelTags::tDate, Date(46387.999999)), "CD 04 20 27 01 01");
+  EXPECT_EQ(WrittenDate(ZelTags::Month_End, Date(46387.999999)), "D1 03 20 27 01");
 }
 
 TEST(SetZelDates, WritesYearsOfThreeDigitsWithAZero) {
@@ -1702,6 +1741,25 @@ std::string WrittenValue(std::int64_t scaled) {
   return Written([&](auto& c, auto& b, auto& s) {
     return c.SetZelValsPos(b, s, ZelTags::Trnvr_Counter, Currency::FromScaled(scaled));
   });
+}
+
+TEST(SetZelHash, AnArrayThatDoesNotBeginWithIndex0IsRefusedOnceThereIsRoom) {
+  constexpr std::string_view hash = "00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10 11 12 13";
+  clsZelBaseCoding coding;
+  std::int32_t start = 0;
+  const auto refuse = [&](std::int32_t lower, std::int32_t room, int number, bool isUserDefined) {
+    ByteArray buffer = Filled(room);
+    EXPECT_FALSE(coding.SetZelHash(buffer, start, true, test::FromHexAt(lower, hash)));
+    EXPECT_EQ(coding.ErrorObject().ErrorNr(), number);
+    EXPECT_EQ(coding.ErrorObject().IsUserDef(), isUserDefined);
+    EXPECT_EQ(coding.ErrorObject().ErrorFunction(), "SetZelHash");
+    EXPECT_EQ(buffer, Filled(room));
+    EXPECT_EQ(start, 0);
+  };
+  refuse(-3, 21, 9204, true);
+  refuse(-3, 22, 9202, true);
+  refuse(3, 24, 9204, true);
+  refuse(3, 25, 9, false);
 }
 
 TEST(ZelValsPos, ReadsDigits) {

@@ -201,72 +201,26 @@ TEST_F(DeviceFile, MustBeReachable) {
 
 TEST_F(DeviceFile, MustBeOfThisVersion) {
   static_cast<void>(Open());
-  RunSql("PRAGMA user_version = 3");
-  EXPECT_EQ(ErrorOf(File(), kCreate), "it was made by another version of the software signing device");
-}
-
-/// Makes the device file what it would have been when devices knew bookings only.
-constexpr const char* kBackToBookingsOnly = R"(
-  DROP TABLE signed_report;
-  DROP TABLE total;
-  CREATE TABLE total (
-    month INTEGER NOT NULL, container INTEGER NOT NULL, turnover INTEGER NOT NULL,
-    turnover_negative INTEGER NOT NULL, vat INTEGER NOT NULL, vat_rate INTEGER NOT NULL,
-    bookings INTEGER NOT NULL, overflow INTEGER NOT NULL, vat_changed INTEGER NOT NULL,
-    PRIMARY KEY (month, container)) STRICT, WITHOUT ROWID;
-  INSERT INTO total VALUES (202612, 225, 1, 2, 3, 4, 5, 0, 0);
-  ALTER TABLE device DROP COLUMN transport_pin;
-  ALTER TABLE device DROP COLUMN wrong_pins;
-  ALTER TABLE device DROP COLUMN last_report_number;
-  ALTER TABLE device DROP COLUMN last_reported_number;
-  PRAGMA user_version = 1)";
-
-TEST_F(DeviceFile, OfTheVersionThatKnewBookingsOnlyIsBroughtUpToDate) {
-  const std::string january = "CD 04 20 27 01 01 " + kTime + kOperator + kHash + kCurrency;
-  const std::string thirdParty = "E1 0D D8 03 11 90 0C DB 02 16 00 D6 02 10 0C";
-  std::string key;
-  {
-    Device device = Open();
-    Accepted(device, Command::SignBooking, kBooking);
-    Accepted(device, Command::SignBooking, january + thirdParty);
-    key = device.PublicKeyPem();
+  for (const char* version : {"0", "4", "-1"}) {
+    RunSql(std::string("PRAGMA user_version = ") + version);
+    EXPECT_EQ(ErrorOf(File(), kCreate), "it was made by another version of the software signing device");
   }
-  RunSql(kBackToBookingsOnly);
-  Device device = Device::Open(File());
-  EXPECT_EQ(device.PublicKeyPem(), key);
-  EXPECT_EQ(device.State(), (DeviceState{LifeCycle::Activated, 0, 2, 0, 0}));
-  EXPECT_EQ(device.Totals(), (std::vector<Total>{{202612, 225, 11900, 0, 1900, 1900, 1, false, false, 0},
-                                                 {202701, 225, 11900, 0, 0, 1600, 1, false, false, 100},
-                                                 {202701, 231, 100, 0, 0, 0, 1, false, false, 0}}));
-  EXPECT_EQ(device.OpenTotals(), (std::vector<Total>{{0, 225, 23800, 0, 1900, 1600, 2, false, true, 100},
-                                                     {0, 231, 100, 0, 0, 0, 1, false, false, 0}}));
-  ASSERT_TRUE(device.Find(2).has_value());
-  EXPECT_TRUE(VerifyBooking(device.Find(2)->request, device.Find(2)->response, key).ok);
-  EXPECT_EQ(device.Execute(Command::SignBooking, Hex(kBooking)).sequenceNumber, 3U);
-  EXPECT_EQ(device.Execute(Command::ReportSigned, Hex(kDate + kTime)).sequenceNumber, 1U);
-  EXPECT_EQ(Device::Open(File()).State(), (DeviceState{LifeCycle::Activated, 0, 3, 1, 3}));
-}
-
-TEST_F(DeviceFile, OfTheVersionThatKnewBookingsOnlyStaysAsItIsWhenABookingIsDamaged) {
-  {
-    Device device = Open();
-    Accepted(device, Command::SignBooking, kBooking);
-  }
-  RunSql(kBackToBookingsOnly);
-  RunSql("UPDATE signed_request SET request = x'CD'");
-  const std::string content = Read();
-  EXPECT_EQ(ErrorOf(File()),
-            "it is damaged (a recorded booking: position 0, tag 0xCD (date): the request ends here, a length "
-            "byte must follow)");
-  EXPECT_EQ(Read(), content);
 }
 
 TEST_F(DeviceFile, MustHoldAnIdentityAndAKey) {
   static_cast<void>(Open());
-  RunSql("UPDATE device SET private_key = 'lost'");
-  EXPECT_EQ(ErrorOf(File()), "it is no key in PEM form");
+  RunSqlAndSeal("UPDATE device SET private_key = 'lost'");
+  EXPECT_EQ(ErrorOf(File()), "it is no private key in PEM form");
   RunSql("DELETE FROM device");
-  EXPECT_EQ(ErrorOf(File()), "it is damaged (a row is missing)");
+  EXPECT_EQ(ErrorOf(File()), "it is damaged (the device is missing)");
+}
+
+TEST_F(DeviceFile, MustHoldKeysThatFit) {
+  static_cast<void>(Open());
+  static_cast<void>(Device::Open(folder_ / "other.zel", kCreate));
+  RunSqlAndSeal("ATTACH '" + (folder_ / "other.zel").string() +
+                "' AS other; UPDATE device SET public_key = (SELECT public_key FROM other.device)");
+  EXPECT_EQ(ErrorOf(File()), "it is damaged (its private and its public key don't fit)");
 }
 
 TEST_F(DeviceFile, MustBeWritable) {
@@ -329,14 +283,16 @@ TEST_F(DeviceFile, RefusesBookingsWhileLockedForTooLong) {
 TEST_F(DeviceFile, RefusesBookingsWhenItsTablesAreDamaged) {
   Device device = Open();
   ASSERT_TRUE(device.Execute(Command::SignBooking, Hex(kBooking)).accepted);
+  const auto expectRefused = [&](const std::string& reason) {
+    ExpectRefused(device.Execute(Command::SignBooking, Hex(kBooking)), RefusalCode::Storage,
+                  "device file '" + File().string() + "': " + reason);
+  };
   RunSql("UPDATE device SET last_sequence_number = 0");
-  const Answer answer = device.Execute(Command::SignBooking, Hex(kBooking));
-  EXPECT_EQ(answer.code, RefusalCode::Storage);
-  EXPECT_EQ(answer.reason, "device file '" + File().string() +
-                               "': UNIQUE constraint failed: signed_request.sequence_number");
+  expectRefused("it is damaged (the device's state is not what was recorded)");
+  RunSqlAndSeal("UPDATE device SET last_sequence_number = 0");
+  expectRefused("it is an older one by now, without the transaction 1 that was there");
   RunSql("DELETE FROM device");
-  EXPECT_EQ(device.Execute(Command::SignBooking, Hex(kBooking)).reason,
-            "device file '" + File().string() + "': it is damaged (a row is missing)");
+  expectRefused("it is damaged (the device is missing)");
 }
 
 TEST_F(DeviceFile, EndsAnyDamageInAnErrorOrAnAnswer) {

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "Support.h"
+#include "softdevice/Check.h"
 #include "softdevice/Verify.h"
 
 namespace softdevice::test {
@@ -200,6 +201,7 @@ TEST_P(StorageFault, LeavesABookingWholeOrNotAtAll) {
     ASSERT_EQ(next.sequenceNumber, ++last);
   }
   EXPECT_GT(refusals, 5);
+  EXPECT_EQ(CheckDeviceFile(File()).damages, std::vector<std::string>{});
   const Device device = Device::Open(File());
   for (std::uint32_t number = 1; number <= device.LastSequenceNumber(); ++number) {
     ASSERT_TRUE(VerifyBooking(request, device.Find(number)->response, device.PublicKeyPem()).ok);
@@ -254,6 +256,7 @@ TEST_P(StorageFault, LeavesAClosingWholeOrNotAtAll) {
     }
   }
   EXPECT_GT(refusals, 5);
+  EXPECT_EQ(CheckDeviceFile(File()).damages, std::vector<std::string>{});
 }
 
 TEST_P(StorageFault, NeverSaysThatAPinIsWrongWithoutCountingIt) {
@@ -262,7 +265,7 @@ TEST_P(StorageFault, NeverSaysThatAPinIsWrongWithoutCountingIt) {
   FaultySystem system;
   int refusals = 0;
   for (int call = 1;; ++call) {
-    RunSql("UPDATE device SET wrong_pins = 0");
+    RunSqlAndSeal("UPDATE device SET wrong_pins = 0");
     Device device = Device::Open(File());
     system.FailAt(call, GetParam().kind, GetParam().forGood);
     const Answer answer = device.Execute(Command::ReportActivate, wrong);
@@ -279,6 +282,7 @@ TEST_P(StorageFault, NeverSaysThatAPinIsWrongWithoutCountingIt) {
     }
   }
   EXPECT_GT(refusals, 5);
+  EXPECT_EQ(CheckDeviceFile(File()).damages, std::vector<std::string>{});
 }
 
 TEST_P(StorageFault, LeavesADeviceWholeOrNotAtAllWhenItIsMade) {

@@ -12,6 +12,7 @@
 
 #include "Support.h"
 #include "VnZEL10cmn/VnZEL10cmn.h"
+#include "softdevice/Check.h"
 #include "softdevice/Verify.h"
 
 namespace softdevice::test {
@@ -174,6 +175,7 @@ class Kill : public DeviceTest {
     EXPECT_FALSE(device.FindReport(state.lastReportNumber + 1).has_value());
     ExpectTotal(device.Totals(), bookingsUpTo.back());
     ExpectTotal(device.OpenTotals(), bookingsUpTo.back() - bookingsUpTo[covered]);
+    EXPECT_EQ(CheckDeviceFile(File()).damages, std::vector<std::string>{});
   }
 
   /// Whether the totals are those of so many bookings.

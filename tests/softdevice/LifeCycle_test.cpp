@@ -205,17 +205,20 @@ TEST_F(LifeCycleTest, MakesActivationRequests) {
 }
 
 TEST_F(LifeCycleTest, CountersEnd) {
+  static_cast<void>(Open());
+  MoveTo(File(), kReports, 4'294'967'294U);
   Device device = Open();
-  RunSql("UPDATE device SET last_report_number = 4294967294");
   ExpectSigned(Accepted(device, Command::ReportSigned, kPlainReport),
                "C0 01 03 " + kIdentity + "CC 04 FF FF FF FF D2 01 00 D3 01 00 " + kEmptyContainers);
   for (const Command command : {Command::ReportSigned, Command::ReportDeactivate}) {
     ExpectRefused(device.Execute(command, Hex(kPlainReport)), RefusalCode::CounterExhausted,
                   "all report numbers are used up");
   }
-  RunSql("UPDATE device SET life_cycle = 2");
+  RunSqlAndSeal("UPDATE device SET life_cycle = 2");
   ExpectRefused(device.Activate(), RefusalCode::CounterExhausted, "all report numbers are used up");
-  RunSql("UPDATE device SET life_cycle = 3, last_sequence_number = 4294967295");
+  RunSqlAndSeal("UPDATE device SET life_cycle = 3");
+  MoveTo(File(), kTransactions, 4'294'967'295U);
+  device = Open();
   for (const Command command : {Command::SignDataOnly, Command::SignDataAndTpId}) {
     ExpectRefused(device.Execute(command, Hex(kHash)), RefusalCode::CounterExhausted,
                   "all sequence numbers are used up");

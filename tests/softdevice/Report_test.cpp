@@ -181,7 +181,7 @@ TEST_F(Report, MarksSumsBeyondFifteenDigits) {
   const std::string others = "E2 00 E3 00 E4 00 E5 00 E6 00 E7 00 E8 00 E9 00";
   const std::string head = kActivated + "D2 01 01 D3 01 ";
   Accepted(device_, Command::SignBooking, oneCent);
-  RunSql("UPDATE total SET turnover = 999999999999998");
+  RunSqlAndSeal("UPDATE total SET turnover = 999999999999998");
   Accepted(device_, Command::SignBooking, oneCent);
   const Bytes full = Accepted(device_, Command::ReportUnsigned, kPlainReport);
   EXPECT_EQ(full, Hex(head + "02 E1 0E D8 08 99 99 99 99 99 99 99 9C DB 02 19 00 " + others));
@@ -193,8 +193,8 @@ TEST_F(Report, MarksSumsBeyondFifteenDigits) {
   EXPECT_EQ(Accepted(device_, Command::ReportUnsigned, kPlainReport),
             Hex(head + "03 E1 06 DB 02 19 00 DD 00 " + others));
   // A report over two months overflows although neither of them does.
-  RunSql("UPDATE total SET turnover = -999999999999999, overflow = 0 WHERE month = 202612");
-  RunSql(
+  RunSqlAndSeal("UPDATE total SET turnover = -999999999999999, overflow = 0 WHERE month = 202612");
+  RunSqlAndSeal(
       "INSERT INTO total SELECT 202701, container, turnover, 0, 0, 1900, 1, 0, 0, 0 FROM total WHERE month = "
       "202612");
   EXPECT_EQ(Accepted(device_, Command::ReportSpan, Span("20 26 12", "20 26 12")),

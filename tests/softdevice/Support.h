@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 #include <unistd.h>
 
 #include <cstdint>
@@ -12,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Tamper.h"
 #include "softdevice/Device.h"
 
 namespace softdevice::test {
@@ -92,14 +92,10 @@ class DeviceTest : public testing::Test {
     return Device::Open(File(), options);
   }
 
-  /// Runs SQL on the device file from outside.
-  void RunSql(const std::string& sql) const {
-    sqlite3* database = nullptr;
-    ASSERT_EQ(sqlite3_open(File().c_str(), &database), SQLITE_OK);
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-        << sqlite3_errmsg(database);
-    sqlite3_close(database);
-  }
+  /// Runs SQL on the device file from outside, which the device takes for damage.
+  void RunSql(const std::string& sql) const { test::RunSql(File(), sql); }
+  /// The same, but so that the device doesn't notice.
+  void RunSqlAndSeal(const std::string& sql) const { test::RunSqlAndSeal(File(), sql); }
 
   std::filesystem::path folder_;
 };

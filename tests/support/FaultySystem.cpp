@@ -2,11 +2,16 @@
 // counted from 1 over all of them. FAULTY_KIND says how: "before" it has done anything, "late" when it is done,
 // "short" when half of the bytes are written, which is no failure at all. FAULTY_ERROR is the error's number.
 // The name of the call is left in the file FAULTY_MARK. What goes to standard error always succeeds.
+//
+// FAULTY_CLOCK is the time that the system's clock shows, in seconds since 1970. FAULTY_LOCKS is "idle" for locks
+// on files that are given to whoever asks and hold nobody off, or the number of the error that asking ends in.
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
@@ -15,6 +20,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 namespace {
 
@@ -78,6 +84,33 @@ int Open(int flags, Real&& real) {
   if ((flags & O_CREAT) == 0 || !IsDue("open") || IsKind("short")) return real();
   errno = ErrorNumber();
   return -1;
+}
+
+/// The time that the clock is to show, if it is not the right one.
+bool HasFaultyTime(std::time_t& time) {
+  const char* const seconds = std::getenv("FAULTY_CLOCK");
+  if (seconds == nullptr) return false;
+  time = static_cast<std::time_t>(std::atoll(seconds));
+  return true;
+}
+
+bool IsLock(int command) {
+  return command == F_SETLK || command == F_SETLKW || command == F_OFD_SETLK || command == F_OFD_SETLKW;
+}
+
+/// A call that locks or unlocks.
+template <typename Real>
+int Lock(Real&& real) {
+  const char* const locks = std::getenv("FAULTY_LOCKS");
+  if (locks == nullptr) return real();
+  if (std::strcmp(locks, "idle") == 0) return 0;
+  errno = std::atoi(locks);
+  return -1;
+}
+
+int Control(const char* name, int descriptor, int command, void* argument) {
+  const auto real = [=] { return Next<int (*)(int, int, ...)>(name)(descriptor, command, argument); };
+  return IsLock(command) ? Lock(real) : real();
 }
 
 mode_t ModeOf(int flags, va_list arguments) {
@@ -178,6 +211,49 @@ int unlink(const char* path) noexcept {
 int mknod(const char* path, mode_t mode, dev_t device) noexcept {
   return Call("mknod",
               [=] { return Next<int (*)(const char*, mode_t, dev_t)>("mknod")(path, mode, device); });
+}
+
+int fcntl(int descriptor, int command, ...) {
+  va_list arguments;
+  va_start(arguments, command);
+  void* const argument = va_arg(arguments, void*);
+  va_end(arguments);
+  return Control("fcntl", descriptor, command, argument);
+}
+
+int fcntl64(int descriptor, int command, ...) {
+  va_list arguments;
+  va_start(arguments, command);
+  void* const argument = va_arg(arguments, void*);
+  va_end(arguments);
+  return Control("fcntl64", descriptor, command, argument);
+}
+
+int flock(int descriptor, int operation) noexcept {
+  return Lock([=] { return Next<int (*)(int, int)>("flock")(descriptor, operation); });
+}
+
+int clock_gettime(clockid_t clock, timespec* time) noexcept {
+  if (clock == CLOCK_REALTIME && HasFaultyTime(time->tv_sec)) {
+    time->tv_nsec = 0;
+    return 0;
+  }
+  return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+}
+
+int gettimeofday(timeval* time, void* zone) noexcept {
+  if (HasFaultyTime(time->tv_sec)) {
+    time->tv_usec = 0;
+    return 0;
+  }
+  return static_cast<int>(syscall(SYS_gettimeofday, time, zone));
+}
+
+std::time_t time(std::time_t* out) noexcept {
+  timespec now{};
+  clock_gettime(CLOCK_REALTIME, &now);
+  if (out != nullptr) *out = now.tv_sec;
+  return now.tv_sec;
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {

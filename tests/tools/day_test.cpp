@@ -2,11 +2,11 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <sstream>
 
 #include "Program.h"
+#include "tests/softdevice/Tamper.h"
 
 namespace {
 
@@ -15,15 +15,6 @@ using testing::HasSubstr;
 void WriteSale(const test::Desk& desk, const std::string& name, const std::string& members,
                const std::string& items) {
   desk.WriteFile("sales/" + name, "{\"operator\": \"Meier\", " + members + ", \"items\": [" + items + "]}");
-}
-
-/// Changes a device behind its back.
-void Tamper(const std::string& device, const std::string& sql) {
-  sqlite3* database = nullptr;
-  ASSERT_EQ(sqlite3_open(device.c_str(), &database), SQLITE_OK);
-  EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK)
-      << sqlite3_errmsg(database);
-  sqlite3_close(database);
 }
 
 class Day : public testing::Test {
@@ -150,16 +141,15 @@ TEST_F(Day, ASaleCantTakeTheNameOfTheClosing) {
   EXPECT_FALSE(desk_.Exists("out"));
 }
 
-// The device loses a cent at its sixth booking.
+// The device lost a cent before.
 TEST_F(Day, FailsLoudlyWhenTheClosingIsNotTheDay) {
   ASSERT_EQ(desk_
                 .Zel({"device", "init", "--device", "till.db", "--taxpayer", "DE1", "--number", "1", "--pin",
                       "271828", "--activate"})
                 .status,
             0);
-  Tamper(desk_.File("till.db"),
-         "CREATE TRIGGER lose AFTER INSERT ON signed_request BEGIN UPDATE total SET turnover = turnover - 1 "
-         "WHERE month = 0 AND container = 225 AND NEW.sequence_number = 6; END");
+  softdevice::test::RunSqlAndSeal(desk_.File("till.db"),
+                                  "INSERT INTO total VALUES (0, 225, -1, 0, 0, 1900, 0, 0, 0, 0)");
   const test::Outcome outcome = desk_.Zel({"day", "sales", "--out", "out", "--device", "till.db"});
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(outcome.err,

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Program.h"
+#include "tests/softdevice/Tamper.h"
 
 namespace {
 
@@ -103,6 +104,52 @@ TEST(DeviceShow, MakesNoDevice) {
   EXPECT_EQ(outcome.status, 3);
   EXPECT_EQ(outcome.err, "zel: device file 'none.db': there is no such file\n");
   EXPECT_FALSE(desk.Exists("none.db"));
+}
+
+/// A device with three bookings and the activation.
+void MakeUsedDevice(const test::Desk& desk) {
+  ASSERT_EQ(Make(desk, {"--device", "till.db", "--activate"}).status, 0);
+  for (const char* document : {"a.xml", "b.xml", "c.xml"}) {
+    ASSERT_EQ(desk.Zel({"sign", "sale.json", "--device", "till.db", "--out", document}).status, 0);
+  }
+}
+
+TEST(DeviceCheck, SaysThatAllIsAsItWasRecorded) {
+  const test::Desk desk;
+  MakeUsedDevice(desk);
+  const test::Outcome outcome = desk.Zel({"device", "check", "--device", "till.db"});
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err,
+            "zel: the device 'till.db' is as it was recorded: 3 transactions and 1 report checked\n");
+}
+
+TEST(DeviceCheck, NamesEveryDamagedRecord) {
+  const test::Desk desk;
+  MakeUsedDevice(desk);
+  softdevice::test::RunSql(desk.File("till.db"),
+                           "UPDATE signed_request SET command = 2 WHERE sequence_number = 1;"
+                           "DELETE FROM signed_request WHERE sequence_number = 3");
+  const test::Outcome outcome = desk.Zel({"device", "check", "--device", "till.db"});
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_EQ(outcome.out,
+            "transaction 1: it is not what was recorded\n"
+            "transaction 3: it is missing\n");
+  EXPECT_EQ(outcome.err, "zel: the device 'till.db' is damaged: 3 transactions and 1 report checked\n");
+  const json root = json::parse(desk.Zel({"device", "check", "--json", "--device", "till.db"}).out);
+  EXPECT_EQ(root, json::parse(R"({"file": "till.db", "ok": false, "transactions": 3, "reports": 1, "damages":
+    ["transaction 1: it is not what was recorded", "transaction 3: it is missing"]})"));
+  EXPECT_EQ(desk.Zel({"sign", "sale.json", "--device", "till.db"}).err,
+            "zel: device file 'till.db': it is damaged (transaction 3 is missing)\n");
+}
+
+TEST(DeviceCheck, NeedsADevice) {
+  const test::Desk desk;
+  const test::Outcome outcome = desk.Zel({"device", "check", "--device", "none.db"});
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.err, "zel: device file 'none.db': there is no such file\n");
+  EXPECT_FALSE(desk.Exists("none.db"));
+  EXPECT_EQ(desk.Zel({"device", "check", "--device", "sale.json"}).status, 3);
 }
 
 }  // namespace

@@ -246,10 +246,10 @@ void ItemStore::LookAhead(std::size_t slot) const noexcept {
   constexpr std::size_t far = 16;
   constexpr std::size_t cacheLine = 64;
   if (slot + far < slots_.size()) {
-    // The item's own part, and before it the count of those who hold it.
-    const auto item = reinterpret_cast<std::uintptr_t>(slots_[slot + far].get());
-    platform::Prefetch(reinterpret_cast<const void*>(item + cacheLine / 2));
-    platform::Prefetch(reinterpret_cast<const void*>(item - cacheLine));
+    // Where the count of those who hold it and its type are, and where its ID is.
+    const auto* const item = reinterpret_cast<const char*>(slots_[slot + far].get());
+    platform::Prefetch(item);
+    platform::Prefetch(item + cacheLine);
   }
 }
 

@@ -44,8 +44,8 @@ Instructions Permitted(Instructions available, std::string_view list) noexcept;
 /// What the library uses: what the processor has. Found out once.
 const Instructions& UsableInstructions() noexcept;
 
-/// Has the whole program use only those that a list names, for tests and measurements of the other forms. No other
-/// thread may be in the library meanwhile.
+/// Has the whole program use only those that a list names, for tests and measurements of the other forms. No
+/// other thread may be in the library meanwhile.
 void PermitInstructions(std::string_view list) noexcept;
 
 /// Has the memory at an address brought nearer, where the compiler knows how to; the address need not be valid.
