@@ -1308,6 +1308,57 @@ void WriteAliases(Folder& folder) {
                      {kPrint, 1, 3}}));
 }
 
+/// Each step begins with what is done, then the object; an object of the host that is asked takes its answers from what
+/// follows, and behaves at the end of the input.
+void WriteHosts(Folder& folder) {
+  constexpr std::uint8_t kItem = 1;
+  constexpr std::uint8_t kListItems = 2;
+  constexpr std::uint8_t kList = 3;
+  constexpr std::uint8_t kBookingItems = 4;
+  constexpr std::uint8_t kBooking = 5;
+  constexpr std::uint8_t kReportItems = 7;
+  constexpr std::uint8_t kReport = 8;
+  constexpr std::uint8_t kRecord = 9;
+  constexpr std::uint8_t kAttach = 10;
+  constexpr std::uint8_t kLetGo = 11;
+  constexpr std::uint8_t kIterate = 12;
+  constexpr std::uint8_t kBox = 13;
+  constexpr std::uint8_t kLog = 14;
+  constexpr std::uint8_t kPrint = 15;
+  const Bytes hostItem = {kItem, 0, 1, 7};
+  const Bytes hostCash = {kItem, 1, 2};
+  // The host's item is given a log and asked for its ID.
+  const auto addHostItem = [](std::uint8_t holder) { return Bytes{holder, 0, 0, 0, 0, 0, 0, 0, 0}; };
+  const auto add = [](std::uint8_t holder, std::uint8_t item) { return Bytes{holder, 0, 0, item}; };
+  const auto write = [&folder](const std::string& name, std::initializer_list<Bytes> steps) {
+    folder.Write("hosts", "seed-" + name, Seed{}.Add(Joined(steps)));
+  };
+  for (std::uint8_t answer = 0; answer <= 15; ++answer) {
+    const std::string number = std::to_string(answer);
+    write("list-" + number,
+          {hostItem, add(kListItems, 2), addHostItem(kListItems), {kList, 0, 1, 1, answer}});
+    write("request-" + number,
+          {hostItem, add(kBookingItems, 2), addHostItem(kBookingItems), {kBooking, 0, 0, answer}});
+    write("report-" + number, {hostItem, addHostItem(kReportItems), {kReport, 0, 0, 1, answer}});
+    // A factory that makes three items.
+    write("factory-" + number, {{kAttach, 1, 0, 1, 0}, {kBooking, 0, 1, 3, 0, 0, 0, answer, 0, 0, answer}});
+  }
+  write("host-cash", {hostCash, add(kBookingItems, 1), {kBooking, 0, 0, 1, kBookingItems, 0, 6}});
+  for (std::uint8_t kind = 0; kind <= 9; ++kind) {
+    const std::string number = std::to_string(kind);
+    write("engine-" + number,
+          {add(kBookingItems, 2), {kAttach, 4, 0, 0, 0}, {kBooking, 0, 3, 1, kLetGo, kind}});
+    write("print-" + number, {{kPrint, 0, static_cast<std::uint8_t>(kind % 4), 0, 1, kLetGo, kind}});
+    write("box-" + number, {{kBox, 1, 0, 1, kLetGo, kind}});
+    write(
+        "loop-" + number,
+        {add(kListItems, 2), add(kListItems, 3), {kIterate, 0, 0, 2, 1, kLetGo, kind}, {kIterate, 0, 0, 1}});
+    write("record-" + number,
+          {{kRecord, 0, 0, 3, 1, 2, 3}, {kAttach, 5, 0, 0, 0}, {kRecord, 0, 3, 1, kLetGo, kind}});
+  }
+  write("log", {{kLog, 0, 1, kLetGo, 9}});
+}
+
 void WriteDevices(Folder& folder) {
   constexpr int kActive = 0;
   constexpr int kNew = 1;
@@ -1378,6 +1429,7 @@ int Run(int argc, char** argv) {
   WriteRoundings(folder);
   WriteOperations(folder);
   WriteAliases(folder);
+  WriteHosts(folder);
   WriteDevices(folder);
   return EXIT_SUCCESS;
 }
