@@ -26,6 +26,7 @@ std::span<const Target> Targets() {
       Target{"operations", Operations},
 #ifdef FUZZ_SOFTDEVICE
       Target{"device", Device},
+      Target{"device_file", DeviceFile},
 #endif
   };
   return kTargets;

@@ -27,6 +27,7 @@ void Codecs(Bytes data);
 void Rounding(Bytes data);
 void Operations(Bytes data);
 void Device(Bytes data);
+void DeviceFile(Bytes data);
 
 struct Target {
   std::string_view name;  ///< also of its program and of its corpus
