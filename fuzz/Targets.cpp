@@ -27,6 +27,7 @@ std::span<const Target> Targets() {
       Target{"aliases", Aliases},
 #ifdef FUZZ_SOFTDEVICE
       Target{"device", Device},
+      Target{"device_file", DeviceFile},
 #endif
   };
   return kTargets;

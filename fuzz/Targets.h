@@ -28,6 +28,7 @@ void Rounding(Bytes data);
 void Operations(Bytes data);
 void Aliases(Bytes data);
 void Device(Bytes data);
+void DeviceFile(Bytes data);
 
 struct Target {
   std::string_view name;  ///< also of its program and of its corpus
