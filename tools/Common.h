@@ -40,7 +40,7 @@ void SayUncertified(const std::filesystem::path& device);
 /// The library's text of a booking, report or data record. Throws `Failure` (NotRight).
 template <typename Object>
 std::string TextOf(Object& object) {
-  std::string text = UnixLines(object.ToString());
+  std::string text = Lines(UnixLines(object.ToString()));
   if (object.HasError()) throw Failure(ExitStatus::NotRight, Describe(object.ErrorObject()));
   if (!text.ends_with('\n')) text += '\n';
   return text;

@@ -37,7 +37,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
   bool key(string_t& name) override {
     std::vector<std::string>& names = open_.back()->names;
     if (std::find(names.begin(), names.end(), name) != names.end()) {
-      Fail("the member \"" + OneLine(name) + "\" occurs twice in one object");
+      Fail("the member \"" + Shown(name) + "\" occurs twice in one object");
     }
     if (names.size() == kMaxMembers)
       Fail("an object has more than " + std::to_string(kMaxMembers) + " members");
@@ -50,7 +50,7 @@ class Builder : public nlohmann::json_sax<nlohmann::json> {
     // Without the parser's own number in front, and without the bytes read last, which may be anything.
     std::string text = error.what();
     if (const std::size_t bracket = text.find("] "); bracket != std::string::npos) text.erase(0, bracket + 2);
-    Fail("no valid JSON: " + text.substr(0, text.find("; last read:")));
+    Fail("no valid JSON: " + Shown(std::string_view(text).substr(0, text.find("; last read:"))));
   }
 
  private:

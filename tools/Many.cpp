@@ -1,7 +1,9 @@
 #include "tools/Many.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdio>
 #include <thread>
 #include <utility>
 
@@ -21,9 +23,27 @@ unsigned Threads(const InputOptions& options) {
   return options.jobs > 0 ? options.jobs : std::max(1U, std::thread::hardware_concurrency());
 }
 
+/// JSON lets the control characters from U+007F on stand as they are.
+std::string EscapeControls(std::string_view json) {
+  std::string text;
+  text.reserve(json.size());
+  while (!json.empty()) {
+    const std::string_view character = json.substr(0, CharacterLength(json));
+    if (character.front() == '\n' || !IsControl(character)) {
+      text += character;
+    } else {
+      std::array<char, 8> escaped{};
+      std::snprintf(escaped.data(), escaped.size(), "\\u%04x", static_cast<unsigned char>(character.back()));
+      text += escaped.data();
+    }
+    json.remove_prefix(character.size());
+  }
+  return text;
+}
+
 /// The bytes are whatever a document holds; only UTF-8 may stand in JSON.
 std::string ToText(const OrderedJson& json, int indent) {
-  return json.dump(indent, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
+  return EscapeControls(json.dump(indent, ' ', false, OrderedJson::error_handler_t::replace)) + "\n";
 }
 
 /// What became of an input.
@@ -179,7 +199,7 @@ LineContent TakeLine(const std::string& line, const Reader& reader, OrderedJson&
     } else if (name == "data" && reader.takesData) {
       content.data = TakeText(element, name);
     } else {
-      Refuse("there is no member \"" + OneLine(name) + "\" in a line");
+      Refuse("there is no member \"" + Shown(name) + "\" in a line");
     }
   }
   return content;

@@ -57,7 +57,7 @@ class Member {
     }
     const std::optional<Currency> number = ParseDecimal(value_->text, maxDecimals, !isText);
     if (!number) {
-      Fail("\"" + OneLine(value_->text) + "\" is no decimal number with at most " +
+      Fail("\"" + Shown(value_->text) + "\" is no decimal number with at most " +
            std::to_string(maxDecimals) + " decimals behind a point, or too large");
     }
     return *number;
@@ -85,7 +85,7 @@ class Member {
   void ExpectOnly(std::initializer_list<std::string_view> known) const {
     for (const std::string& name : Expect(Kind::Object).names) {
       if (std::find(known.begin(), known.end(), name) == known.end()) {
-        Member(*value_, PathOf(OneLine(name))).Fail("there is no such member in a sale");
+        Member(*value_, PathOf(name)).Fail("there is no such member in a sale");
       }
     }
   }
@@ -102,7 +102,7 @@ class Member {
 
  private:
   [[nodiscard]] std::string PathOf(std::string_view name) const {
-    return (path_.empty() ? "" : path_ + ".") + std::string(name);
+    return (path_.empty() ? "" : path_ + ".") + Shown(name);
   }
 
   const JsonValue* value_;
@@ -122,7 +122,7 @@ Date ReadDate(const Member& member) {
 std::string ReadOperator(const Member& member) {
   constexpr std::size_t kMaxLength = 16;
   std::string text = member.Text();
-  if (text.size() > kMaxLength) member.Fail("\"" + text + "\" has more than 16 characters");
+  if (text.size() > kMaxLength) member.Fail("\"" + Shown(text) + "\" has more than 16 characters");
   const auto outside = [](char character) { return static_cast<unsigned char>(character) > 126; };
   if (std::any_of(text.begin(), text.end(), outside)) {
     member.Fail("\"" + text + "\" has a character that the device doesn't take (only ASCII, no umlauts)");
@@ -220,7 +220,7 @@ void AddItems(const Sale& sale, Holder& holder) {
 Date ParseDateTime(const std::string& text) {
   constexpr std::string_view kPattern = "0000-00-00T00:00";
   const auto fail = [&text](const std::string& reason) {
-    throw Failure(ExitStatus::NotRight, "\"" + OneLine(text) + "\" " + reason);
+    throw Failure(ExitStatus::NotRight, "\"" + Shown(text) + "\" " + reason);
   };
   const auto matches = [](char character, char pattern) {
     return pattern == '0' ? character >= '0' && character <= '9' : character == pattern;
