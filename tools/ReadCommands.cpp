@@ -1,3 +1,4 @@
+#include "softdevice/Key.h"
 #include "tools/Commands.h"
 #include "tools/Common.h"
 #include "tools/Document.h"
@@ -32,13 +33,23 @@ std::string Receipt(const std::string& xml, bool wide) {
   return ReportText(parts.request, parts.response, report, wide);
 }
 
-std::string ReadPublicKey(const VerifyOptions& options) {
+/// A key that can't be used is no fault of any document: it is said once, before the first one is read.
+softdevice::PublicKey ReadPublicKey(const VerifyOptions& options) {
   if (!options.key) return OpenDevice(options.device).PublicKeyPem();
-  std::string pem = ReadFile(*options.key);
-  if (pem.find("-----BEGIN PUBLIC KEY-----") == std::string::npos) {
-    throw Failure(ExitStatus::NotRight, Quoted(*options.key) + " holds no public key (PEM)");
+  const std::string name = InputName(*options.key);
+  try {
+    const std::string pem = ReadFile(*options.key);
+    if (pem.find("-----BEGIN PUBLIC KEY-----") == std::string::npos) {
+      throw Failure(ExitStatus::Trouble, name + " holds no public key (PEM)");
+    }
+    const softdevice::PublicKey key(pem);
+    static_cast<void>(key.Value());
+    return key;
+  } catch (const softdevice::KeyError& error) {
+    throw Failure(ExitStatus::Trouble, name + ": the public key can't be used: " + OneLine(error.what()));
+  } catch (const Failure& failure) {
+    throw Failure(ExitStatus::Trouble, failure.what());
   }
-  return pem;
 }
 
 }  // namespace

@@ -247,15 +247,6 @@ TEST_F(Verify, ADocumentHashedWithSha1IsRightAsFarAsItGoes) {
               "signature: ");
 }
 
-TEST_F(Verify, NamesAKeyThatIsNone) {
-  const test::Outcome outcome = desk_.Zel({"verify", "sale.xml", "--key", "sale.xml"});
-  EXPECT_EQ(outcome.status, 1);
-  EXPECT_EQ(outcome.err, "zel: 'sale.xml' holds no public key (PEM)\n");
-  desk_.WriteFile("bad.pem", "-----BEGIN PUBLIC KEY-----\nAAAA\n-----END PUBLIC KEY-----\n");
-  EXPECT_THAT(desk_.Zel({"verify", "sale.xml", "--key", "bad.pem"}).err,
-              StartsWith("zel: 'sale.xml': signature: the public key can't be used: "));
-}
-
 TEST_F(Verify, MakesNoDevice) {
   const test::Outcome outcome = desk_.Zel({"verify", "sale.xml"});
   EXPECT_EQ(outcome.status, 3);
