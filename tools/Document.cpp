@@ -80,6 +80,38 @@ const DocumentLayout& LayoutOf(DocumentKind kind) {
   return kind == DocumentKind::Report ? kReport : kTransaction;
 }
 
+std::string_view DocumentName(DocumentKind kind) {
+  switch (kind) {
+    case DocumentKind::Booking: return "booking";
+    case DocumentKind::Report: return "report";
+    case DocumentKind::Data: return "data record";
+  }
+  return {};
+}
+
+const Element* FindForeignElement(std::string_view xml, DocumentKind kind) {
+  const std::string lowerXml = LowerCase(xml);
+  const DocumentLayout& foreign =
+      LayoutOf(kind == DocumentKind::Report ? DocumentKind::Booking : DocumentKind::Report);
+  for (const Element* element : {&foreign.whole, &foreign.request, &foreign.response}) {
+    if (Mentions(lowerXml, *element)) return element;
+  }
+  return nullptr;
+}
+
+std::string ForeignReason(DocumentKind kind) {
+  return "the document holds a " + std::string(DocumentName(kind));
+}
+
+void ExpectOneThing(std::string_view xml, DocumentKind kind) {
+  if (const Element* const foreign = FindForeignElement(xml, kind)) Fail(foreign->name, ForeignReason(kind));
+  const std::string lowerXml = LowerCase(xml);
+  const DocumentLayout& layout = LayoutOf(kind);
+  for (const Element& element : {layout.whole, kItemListElement, layout.request, layout.response}) {
+    ExpectOnce(lowerXml, element.name);
+  }
+}
+
 bool HoldsItems(std::string_view xml) { return Mentions(LowerCase(xml), kItemListElement); }
 
 DocumentKind GuessDocumentKind(std::string_view xml) {
@@ -101,13 +133,10 @@ DocumentKind GuessDocumentKind(std::string_view xml) {
 }
 
 Document SplitDocument(std::string_view xml) {
-  const std::string lowerXml = LowerCase(xml);
   Document document;
   document.kind = GuessDocumentKind(xml);
+  ExpectOneThing(xml, document.kind);
   const DocumentLayout& layout = LayoutOf(document.kind);
-  for (const Element& element : {layout.whole, kItemListElement, layout.request, layout.response}) {
-    ExpectOnce(lowerXml, element.name);
-  }
   const std::string content = Content(xml, layout.whole);
   if (document.kind == DocumentKind::Booking || HoldsItems(content)) {
     document.items = Part(content, kItemListElement, &document.profile);

@@ -12,6 +12,9 @@ namespace zel {
 /// What an XML document holds.
 enum class DocumentKind : std::uint8_t { Booking, Report, Data };
 
+/// "booking" and so on.
+std::string_view DocumentName(DocumentKind kind);
+
 /// An element of a document, and how the library names it.
 struct Element {
   VnZEL10cmn::ZelXmlTags tag;
@@ -33,6 +36,17 @@ inline constexpr Element kItemListElement = {VnZEL10cmn::ZelXmlTags::ItemList, "
 /// item list and a request in which nothing but its hash, date and time stands.
 DocumentKind GuessDocumentKind(std::string_view xml);
 
+/// The first element of a report beside a booking or data record, or the other way round; none when there is none. A
+/// document holds one thing: readers that look for the other one would find it.
+const Element* FindForeignElement(std::string_view xml, DocumentKind kind);
+
+/// What is wrong with such an element.
+std::string ForeignReason(DocumentKind kind);
+
+/// Throws `Failure` (NotRight) where there is one, or where an element occurs twice, since another reader might take the
+/// other one.
+void ExpectOneThing(std::string_view xml, DocumentKind kind);
+
 /// Whether an item list begins or ends in the document.
 bool HoldsItems(std::string_view xml);
 
@@ -45,8 +59,8 @@ struct Document {
   VnZEL10cmn::ByteArray response;
 };
 
-/// Splits a document by the library's own means. Throws `Failure` (NotRight) that names the element at fault;
-/// an element that occurs twice is at fault as well, since another reader might take the other one.
+/// Splits a document that holds one thing by the library's own means. Throws `Failure` (NotRight) that names the
+/// element at fault.
 Document SplitDocument(std::string_view xml);
 
 /// Reads a booking's document into an empty booking. Throws `Failure` (NotRight).

@@ -121,6 +121,12 @@ Fault MissingElement(std::string_view element, const VnZEL10cmn::clsVnError& err
 void ReadXml(std::string_view xml, Dump& dump) {
   dump.document = GuessDocumentKind(xml);
   const DocumentLayout& layout = LayoutOf(dump.document);
+  if (const Element* const foreign = FindForeignElement(xml, dump.document)) {
+    Fault fault;
+    fault.part = foreign->name;
+    fault.reason = ForeignReason(dump.document);
+    dump.faults.push_back(std::move(fault));
+  }
   clsZelBaseCoding coder;
   std::string content;
   if (!coder.GetXmlTag(xml, layout.whole.tag, content)) {

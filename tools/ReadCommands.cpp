@@ -22,7 +22,9 @@ std::string ReceiptOf(const std::string& xml) {
 }
 
 std::string Receipt(const std::string& xml, bool wide) {
-  switch (GuessDocumentKind(xml)) {
+  const DocumentKind kind = GuessDocumentKind(xml);
+  ExpectOneThing(xml, kind);
+  switch (kind) {
     case DocumentKind::Booking: return ReceiptOf<clsZelTransAct>(xml);
     case DocumentKind::Data: return ReceiptOf<clsZelTransActData>(xml);
     case DocumentKind::Report: break;

@@ -37,7 +37,7 @@ struct Verification {
 
 /// Checks a document against the public key of the device that signed it, and stops at the first thing that
 /// is not right:
-/// - Document: the elements are there, once each, and hold Base64 text;
+/// - Document: the elements are there, once each, and hold Base64 text; none of another kind of document is;
 /// - Items: the item list can be read, and is written as a till writes it; of a report only where it has one;
 /// - ItemHash: the hash in the request, which must be readable for that, is that of the item list;
 /// - Request: it is, byte by byte, what a till makes of these items, date, operator, currency and flags, with
