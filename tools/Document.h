@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
+#include "tools/Fault.h"
 
 namespace zel {
 
@@ -31,6 +32,16 @@ const DocumentLayout& LayoutOf(DocumentKind kind);
 
 /// The element that holds the items of a booking or a report.
 inline constexpr Element kItemListElement = {VnZEL10cmn::ZelXmlTags::ItemList, "itemListEncoded"};
+
+/// What stands in an element: parts of the document. Base64 content is without what surrounds it.
+struct ElementText {
+  std::string_view content{};
+  std::string_view profile{};  ///< of an item list, mostly empty
+};
+
+/// Finds an element as the library does, without a copy. None where the library refuses the document, which `fault`
+/// then tells.
+std::optional<ElementText> FindElement(std::string_view xml, const Element& element, Fault& fault);
 
 /// What the document is, as far as that can be told: a report has elements of its own, and a data record has no
 /// item list and a request in which nothing but its hash, date and time stands.
@@ -63,11 +74,11 @@ struct Document {
 /// element at fault.
 Document SplitDocument(std::string_view xml);
 
-/// Reads a booking's document into an empty booking. Throws `Failure` (NotRight).
-void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransAct& booking);
+/// Reads a booking's document into an empty booking. `xml` stays as it is. Throws `Failure` (NotRight).
+void ImportDocument(std::string& xml, VnZEL10cmn::clsZelTransAct& booking);
 
 /// Reads a data record's document into an empty one. Throws `Failure` (NotRight).
-void ImportDocument(const std::string& xml, VnZEL10cmn::clsZelTransActData& record);
+void ImportDocument(std::string& xml, VnZEL10cmn::clsZelTransActData& record);
 
 /// Reads the parts of a report's document into an empty report. The library's own import refuses documents
 /// without items, which most reports are; so the parts are handed over one by one. Throws `Failure` (NotRight).

@@ -63,16 +63,6 @@ class Member {
     return *number;
   }
 
-  [[nodiscard]] std::vector<Member> Elements() const {
-    const JsonValue& list = Expect(Kind::Array);
-    std::vector<Member> elements;
-    elements.reserve(list.elements.size());
-    for (std::size_t i = 0; i < list.elements.size(); ++i) {
-      elements.emplace_back(list.elements[i], path_ + "[" + std::to_string(i) + "]");
-    }
-    return elements;
-  }
-
   /// The object's member of that name, or none.
   [[nodiscard]] std::optional<Member> Find(std::string_view name) const {
     const JsonValue& object = Expect(Kind::Object);
@@ -242,11 +232,24 @@ Date ParseDateTime(const std::string& text) {
 }
 
 Sale ReadSale(std::string_view json) {
-  const JsonValue root = ParseJson(json);
+  Sale result;
+  // Items are read while the text is parsed, so that the text of one at a time is held. What is wrong with the sale
+  // itself, or with the text behind an item, comes before what is wrong with the item.
+  std::optional<Failure> wrongItem;
+  const JsonValue root =
+      ParseJson(json, {.name = "items", .take = [&](std::size_t index, const JsonValue& value) {
+                         if (wrongItem) return;
+                         try {
+                           const Member item(value, "items[" + std::to_string(index) + "]");
+                           result.items.push_back(ReadItem(item));
+                         } catch (const Failure& failure) {
+                           wrongItem = failure;
+                           result.items = {};
+                         }
+                       }});
   const Member sale(root, "");
   sale.ExpectOnly(
       {"date", "operator", "currency", "taxExclusive", "training", "deliveryNote", "profile", "items"});
-  Sale result;
   if (const std::optional<Member> date = sale.Find("date")) result.date = ReadDate(*date);
   const std::optional<Member> operatorName = sale.Find("operator");
   if (!operatorName) sale.Fail("has no \"operator\"");
@@ -259,9 +262,8 @@ Sale ReadSale(std::string_view json) {
   result.profile = sale.TextOf("profile");
   const std::optional<Member> items = sale.Find("items");
   if (!items) sale.Fail("has no \"items\"");
-  for (const Member& item : items->Elements()) {
-    result.items.push_back(ReadItem(item));
-  }
+  items->Expect(Kind::Array);
+  if (wrongItem) throw Failure(*wrongItem);
   if (result.items.empty()) items->Fail("holds no item");
   return result;
 }

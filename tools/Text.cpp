@@ -61,31 +61,33 @@ std::string FormatCivil(Date date, const char* format) {
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
-/// As many of the first bytes as hold whole characters.
-std::string_view Beginning(std::string_view text, std::size_t most) {
-  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80) {
-    --most;
-  }
-  return text.substr(0, most);
-}
-
 }  // namespace
 
-std::size_t CharacterLength(std::string_view text) {
+Character FirstCharacter(std::string_view text) {
   const auto at = [text](std::size_t place) {
     return place < text.size() ? static_cast<unsigned char>(text[place]) : 0U;
   };
   const unsigned first = at(0);
-  if (first < 0x80) return text.empty() ? 0 : 1;
+  if (first < 0x80) return {text.substr(0, 1), true};
+  if (first < 0xC2 || first > 0xF4) return {text.substr(0, 1), false};
   const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
   // The second byte tells overlong forms, halves of surrogate pairs, and what lies beyond the last character.
   const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
   const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
-  if (first < 0xC2 || first > 0xF4 || at(1) < least || at(1) > most) return 0;
-  for (std::size_t place = 2; place < length; ++place) {
-    if ((at(place) & 0xC0U) != 0x80) return 0;
+  std::size_t fitting = 1;
+  while (fitting < length && at(fitting) >= (fitting == 1 ? least : 0x80) &&
+         at(fitting) <= (fitting == 1 ? most : 0xBF)) {
+    ++fitting;
   }
-  return length;
+  return {text.substr(0, fitting), fitting == length};
+}
+
+std::string_view Beginning(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80) {
+    --most;
+  }
+  return text.substr(0, most);
 }
 
 bool IsControl(std::string_view character) {
@@ -98,10 +100,9 @@ std::string OneLine(std::string_view text) {
   std::string line;
   line.reserve(text.size());
   while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
-    const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
-    line += length == 0 || IsControl(character) ? "?" : character;
-    text.remove_prefix(character.size());
+    const auto [bytes, isWellFormed] = FirstCharacter(text);
+    line += isWellFormed && !IsControl(bytes) ? bytes : "?";
+    text.remove_prefix(bytes.size());
   }
   return line;
 }

@@ -11,14 +11,21 @@
 /// Small conversions between values and what people read and write.
 namespace zel {
 
-/// How many bytes the character at the front of a UTF-8 text has; 0 where no well-formed one stands there.
-std::size_t CharacterLength(std::string_view text);
+/// What stands at the front of a UTF-8 text: a character, or as many bytes as could have begun one.
+struct Character {
+  std::string_view bytes;
+  bool isWellFormed;
+};
+Character FirstCharacter(std::string_view text);
+
+/// As many of the first bytes, at most so many, as hold whole characters.
+std::string_view Beginning(std::string_view text, std::size_t most);
 
 /// Whether a well-formed character is a control character: U+0000 to U+001F, or U+007F to U+009F.
 bool IsControl(std::string_view character);
 
-/// The text with every control character, and every byte that is no well-formed UTF-8, as "?", so that it stays on
-/// one line and can't steer a terminal.
+/// The text with every control character, and all that is no well-formed UTF-8, as "?", so that it stays on one
+/// line and can't steer a terminal.
 std::string OneLine(std::string_view text);
 
 /// The same for each line of a text.
