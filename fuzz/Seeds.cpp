@@ -1414,6 +1414,47 @@ void WriteDevices(Folder& folder) {
   folder.Write("device", "seed-unknown-command", Seed{kActive, 99}.Piece(booking).Add(1).Piece(Bytes{}));
 }
 
+/// Each kind of damage, and an unfinished request.
+void WriteDeviceFiles(Folder& folder) {
+  enum {
+    kByte,
+    kPageHeader,
+    kZeros,
+    kCut,
+    kMovePage,
+    kOlderPage,
+    kOlder,
+    kJournal,
+    kJournalByte,
+    kJournalCut,
+    kLog
+  };
+  constexpr std::uint64_t kLastVersion = 44;
+  const auto seed = [](int kind) { return Seed{kind}; };
+  folder.Write("device_file", "seed-nothing", Seed());
+  for (const std::uint64_t position : {16, 24, 28, 36, 96, 4096, 9000, 20000}) {
+    folder.Write("device_file", "seed-byte-" + std::to_string(position),
+                 seed(kByte).Number(position, 4).Add(1));
+  }
+  for (int page = 0; page < 8; ++page) {
+    const std::string number = std::to_string(page);
+    folder.Write("device_file", "seed-header-" + number, seed(kPageHeader).Add(page).Add(6).Add(8));
+    folder.Write("device_file", "seed-move-" + number, seed(kMovePage).Add(page).Add((page + 1) % 8));
+    folder.Write("device_file", "seed-older-page-" + number,
+                 seed(kOlderPage).Number(kLastVersion - 1, 4).Add(page));
+  }
+  folder.Write("device_file", "seed-zeros", seed(kZeros).Number(8192, 4).Number(512, 2));
+  folder.Write("device_file", "seed-cut", seed(kCut).Number(10000, 4));
+  folder.Write("device_file", "seed-older", seed(kOlder).Number(3, 4));
+  folder.Write("device_file", "seed-unfinished", seed(kJournal).Number(kLastVersion, 4));
+  folder.Write("device_file", "seed-old-journal", seed(kJournal).Number(3, 4));
+  folder.Write("device_file", "seed-torn-journal",
+               seed(kJournal).Number(kLastVersion, 4).Add(kJournalCut).Number(5000, 4));
+  folder.Write("device_file", "seed-damaged-journal",
+               seed(kJournal).Number(kLastVersion, 4).Add(kJournalByte).Number(600, 4).Add(1));
+  folder.Write("device_file", "seed-log", seed(kLog).Piece("a log"));
+}
+
 int Run(int argc, char** argv) {
   Seed::Check(argc == 2, "usage: fuzz_seeds FOLDER");
   Folder folder(argv[1]);
@@ -1431,6 +1472,7 @@ int Run(int argc, char** argv) {
   WriteAliases(folder);
   WriteHosts(folder);
   WriteDevices(folder);
+  WriteDeviceFiles(folder);
   return EXIT_SUCCESS;
 }
 

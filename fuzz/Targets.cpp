@@ -28,6 +28,7 @@ std::span<const Target> Targets() {
       Target{"hosts", Hosts},
 #ifdef FUZZ_SOFTDEVICE
       Target{"device", Device},
+      Target{"device_file", DeviceFile},
 #endif
   };
   return kTargets;

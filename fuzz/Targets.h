@@ -29,6 +29,7 @@ void Operations(Bytes data);
 void Aliases(Bytes data);
 void Hosts(Bytes data);
 void Device(Bytes data);
+void DeviceFile(Bytes data);
 
 struct Target {
   std::string_view name;  ///< also of its program and of its corpus

@@ -118,6 +118,7 @@ Database OpenFile(const std::filesystem::path& path, std::chrono::milliseconds b
   Database database(path, busyTimeout.count());
   CheckJournals(database);
   CheckLocks(path);
+  database.Run("PRAGMA cell_size_check = ON");
   return database;
 }
 

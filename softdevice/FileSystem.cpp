@@ -131,8 +131,9 @@ void CheckJournals(const Database& database) {
   if (!header.starts_with("SQLite format 3")) {
     return;  // SQLite says what it thinks of that
   }
+  std::error_code ignored;
   if (header[kFormats] == 2 || header[kFormats + 1] == 2 ||
-      std::filesystem::exists(database.WriteAheadLog())) {
+      std::filesystem::exists(database.WriteAheadLog(), ignored)) {
     throw std::runtime_error("it has a write-ahead log, which a device file never has");
   }
   // A transaction adds 1 to the counter. A journal whose counter lies further back has been put here from elsewhere,

@@ -194,7 +194,7 @@ void RunDay(const DayOptions& options) {
     const softdevice::PublicKey key = device.PublicKeyPem();
     Progress progress("verifying", documents.size());
     for (const fs::path& document : documents) {
-      const std::string xml = ReadFile(document);
+      std::string xml = ReadFile(document);
       About(document, [&] {
         ExpectRight(xml, key);
         last = std::make_unique<clsZelTransAct>();

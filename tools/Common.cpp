@@ -41,7 +41,8 @@ void SayUncertified(const fs::path& device) {
 
 std::string ReportText(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
                        VnZEL10cmn::clsZelReport& report, bool wide) {
-  return wide ? TextOf(report) : ReportToText(request, response, report);
+  return wide ? TextOf(report)
+              : ReportToText(request, response, report, static_cast<std::size_t>(report.ItemCount()));
 }
 
 }  // namespace zel

@@ -9,6 +9,7 @@
 #include "tools/Console.h"
 #include "tools/ExitStatus.h"
 #include "tools/Files.h"
+#include "tools/Receipt.h"
 #include "tools/Text.h"
 
 /// What several commands have in common.
@@ -36,15 +37,6 @@ void ExpectOtherFile(const std::filesystem::path& out, const std::filesystem::pa
                             const std::string& command);
 
 void SayUncertified(const std::filesystem::path& device);
-
-/// The library's text of a booking, report or data record. Throws `Failure` (NotRight).
-template <typename Object>
-std::string TextOf(Object& object) {
-  std::string text = UnixLines(object.ToString());
-  if (object.HasError()) throw Failure(ExitStatus::NotRight, Describe(object.ErrorObject()));
-  if (!text.ends_with('\n')) text += '\n';
-  return text;
-}
 
 /// A report as a table, or (`wide`) as the library's own text. Throws `Failure` (NotRight).
 std::string ReportText(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,

@@ -39,6 +39,19 @@ void Say(std::string_view text) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+void SayInPieces(std::initializer_list<std::string_view> parts) {
+  std::fputs("zel: ", stderr);
+  for (std::string_view part : parts) {
+    while (!part.empty()) {
+      const auto [bytes, isWellFormed] = FirstCharacter(part);
+      const std::string_view shown = isWellFormed && !IsControl(bytes) ? bytes : "?";
+      std::fwrite(shown.data(), 1, shown.size(), stderr);
+      part.remove_prefix(bytes.size());
+    }
+  }
+  std::fputs("\n", stderr);
+}
+
 Progress::Progress(std::string_view job, std::size_t steps, Kind kind)
     : job_(job),
       steps_(steps),

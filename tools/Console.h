@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ void Print(std::string_view text);
 
 /// Writes "zel: ", the text on one line, and a line end to standard error.
 void Say(std::string_view text);
+
+/// The same for the parts of a text, without any memory of its own.
+void SayInPieces(std::initializer_list<std::string_view> parts);
 
 /// The progress of a long job on standard error.
 class Progress {

@@ -1,12 +1,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <system_error>
 
 #include "softdevice/Check.h"
 #include "tools/Commands.h"
 #include "tools/Common.h"
+#include "tools/JsonWriter.h"
 #include "tools/Report.h"
 #include "tools/Signer.h"
 
@@ -36,13 +36,19 @@ void CheckIdentity(const DeviceInitOptions& options) {
   }
 }
 
-nlohmann::ordered_json ToJson(const softdevice::Total& total) {
+void WriteTotal(const softdevice::Total& total, JsonWriter& json) {
+  json.BeginObject();
+  json.Member("container", total.container);
+  json.Member("name", ContainerTitle(total.container));
   // In cents, as a double has no cents.
-  return {{"container", total.container},    {"name", ContainerTitle(total.container)},
-          {"turnoverCents", total.turnover}, {"negativeCents", total.turnoverNegative},
-          {"vatCents", total.vat},           {"rateHundredths", total.vatRate},
-          {"bookings", total.bookings},      {"overflow", total.overflow},
-          {"rateChanged", total.vatChanged}};
+  json.Member("turnoverCents", total.turnover);
+  json.Member("negativeCents", total.turnoverNegative);
+  json.Member("vatCents", total.vat);
+  json.Member("rateHundredths", total.vatRate);
+  json.Member("bookings", total.bookings);
+  json.Member("overflow", total.overflow);
+  json.Member("rateChanged", total.vatChanged);
+  json.EndObject();
 }
 
 std::string ToText(const softdevice::Device& device, const softdevice::DeviceState& state,
@@ -70,19 +76,26 @@ std::string ToText(const softdevice::Device& device, const softdevice::DeviceSta
 
 std::string ToJson(const softdevice::Device& device, const softdevice::DeviceState& state,
                    const fs::path& path) {
-  nlohmann::ordered_json root = {{"file", path.string()},
-                                 {"taxpayerId", device.TaxpayerId()},
-                                 {"runningNumber", device.RunningNumber()},
-                                 {"state", StateName(state)},
-                                 {"wrongPins", state.wrongPins},
-                                 {"locked", state.IsLocked()},
-                                 {"lastSequenceNumber", state.lastSequenceNumber},
-                                 {"lastReportNumber", state.lastReportNumber},
-                                 {"closedUpToNumber", state.lastReportedNumber}};
-  auto& totals = root["openTotals"] = nlohmann::ordered_json::array();
-  for (const softdevice::Total& total : device.OpenTotals())
-    totals.push_back(ToJson(total));
-  return root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  TextSink text;
+  JsonWriter json(text, JsonWriter::Layout::Indented);
+  json.BeginObject();
+  json.Member("file", path.string());
+  json.Member("taxpayerId", device.TaxpayerId());
+  json.Member("runningNumber", device.RunningNumber());
+  json.Member("state", StateName(state));
+  json.Member("wrongPins", state.wrongPins);
+  json.Member("locked", state.IsLocked());
+  json.Member("lastSequenceNumber", state.lastSequenceNumber);
+  json.Member("lastReportNumber", state.lastReportNumber);
+  json.Member("closedUpToNumber", state.lastReportedNumber);
+  json.Key("openTotals");
+  json.BeginArray();
+  for (const softdevice::Total& total : device.OpenTotals()) {
+    WriteTotal(total, json);
+  }
+  json.EndArray();
+  json.EndObject();
+  return text.Text() + "\n";
 }
 
 /// The complete check, with its progress on a terminal.

@@ -9,7 +9,6 @@ namespace zel {
 
 using VnZEL10cmn::ByteArray;
 using VnZEL10cmn::clsHelper01;
-using VnZEL10cmn::clsZelBaseCoding;
 
 namespace {
 
@@ -52,135 +51,148 @@ Form Recognise(std::string_view content) {
   return HoldsOnly(text, kHexDigits, kHexSeparators) ? Form::Hexadecimal : Form::Binary;
 }
 
-/// The position in `text` of the character that ends its sound beginning, and how many digits stand before
-/// it.
-std::pair<std::size_t, std::size_t> SoundBeginning(std::string_view text, std::string_view digits,
-                                                   std::string_view passedOver) {
-  std::size_t count = 0;
-  std::size_t position = 0;
-  for (; position < text.size(); ++position) {
-    if (digits.find(text[position]) != std::string_view::npos) {
-      ++count;
-    } else if (passedOver.find(text[position]) == std::string_view::npos) {
-      break;
+/// Tells how many bytes each item of a list takes, by reading one item ahead of those who show it.
+class ItemLengths {
+ public:
+  explicit ItemLengths(ByteSource& bytes) : reader_(bytes, RunKind::ItemList) {}
+
+  std::int32_t Next() {
+    if (!hasRecord_) hasRecord_ = reader_.Next(record_);
+    const std::int32_t start = record_.position;
+    std::int32_t behind = start;
+    do {
+      behind = reader_.Position();
+      hasRecord_ = reader_.Next(record_);
+    } while (hasRecord_ && !BeginsItem(record_, 1));
+    return behind - start;
+  }
+
+ private:
+  RunReader reader_;
+  Record record_;
+  bool hasRecord_ = false;  ///< the first one of the next item
+};
+
+/// Shows the records of a run, and returns what is wrong with it.
+std::optional<Fault> WriteRecords(ByteSource& bytes, RunKind kind, DumpOutput& output) {
+  RunReader reader(bytes, kind);
+  RunCheck check(kind);
+  ItemLengths lengths(bytes);
+  Record record;
+  std::size_t items = 0;
+  while (reader.Next(record)) {
+    check.Take(record, reader.Bytes());
+    if (kind == RunKind::ItemList && BeginsItem(record, items)) {
+      if (items > 0) output.EndItem();
+      output.BeginItem(++items, record.position, output.WantsItemLengths() ? lengths.Next() : 0);
     }
+    output.Show(record);
   }
-  return {position, count};
+  if (items > 0) output.EndItem();
+  return reader.FoundFault() ? reader.FoundFault() : check.Finish();
 }
 
-/// Decodes a text form; of a damaged text the bytes before the damage are decoded as well.
-ByteArray Decode(std::string_view text, Form form, std::optional<Fault>& fault) {
-  clsHelper01 helper;
-  const bool isHex = form == Form::Hexadecimal;
-  const auto decode = [&helper, isHex](std::string_view part, ByteArray& bytes) {
-    return isHex ? helper.GetBytesOfBinStr(part, bytes) : helper.FromBase64String(part, bytes);
-  };
-  ByteArray bytes;
-  if (decode(text, bytes)) return bytes;
-  fault.emplace();
-  fault->unit = "character";
-  fault->number = helper.ErrorObject().ErrorNr();
-  fault->reason = LibraryMessage(helper.ErrorObject().ErrorMsg());
-
-  const std::string_view passedOver = isHex ? kHexSeparators : std::string_view("\r\n");
-  const auto [end, count] = SoundBeginning(text, isHex ? kHexDigits : kBase64Digits, passedOver);
-  fault->position = static_cast<std::int64_t>(end);
-  std::string sound(text.substr(0, end));
-  std::erase_if(
-      sound, [passedOver](char character) { return passedOver.find(character) != std::string_view::npos; });
-  sound.resize(count - count % (isHex ? 2 : 4));
-  bytes = {};
-  if (!sound.empty()) decode(sound, bytes);
-  return bytes;
+/// Shows a run. A fault in the text that holds it comes before the cut-off record that follows from it.
+void WritePart(DumpPart part, ByteSource& bytes, std::optional<RunKind> kind,
+               const std::optional<Fault>& textFault, DumpOutput& output, std::vector<Fault>& faults) {
+  const bool isRead = bytes.Size() > 0 || !textFault;
+  if (isRead) part.kind = kind ? *kind : GuessKind(bytes);
+  part.size = bytes.Size();
+  output.BeginPart(part);
+  std::optional<Fault> fault;
+  if (bytes.Size() > 0) {
+    fault = WriteRecords(bytes, part.kind, output);
+  } else if (isRead) {
+    fault = FindFault(bytes, part.kind);
+  }
+  if (textFault) fault = textFault;
+  if (fault) {
+    fault->part = part.element;
+    faults.push_back(*fault);
+  }
+  output.EndPart(fault);
 }
 
-/// Reads the run that a text holds. A fault in the text comes before the cut-off record that follows from it.
-void AddPart(Dump& dump, std::string_view element, const ByteArray& bytes, std::optional<RunKind> kind,
-             std::optional<Fault> textFault) {
-  DumpPart part;
-  part.element = element;
-  if (bytes.size() > 0 || !textFault) {
-    part.run = ReadRun(bytes, kind ? *kind : GuessKind(bytes));
-  }
-  if (textFault) part.run.fault = std::move(textFault);
-  if (part.run.fault) {
-    part.run.fault->part = element;
-    dump.faults.push_back(*part.run.fault);
-  }
-  dump.parts.push_back(std::move(part));
-}
-
-Fault MissingElement(std::string_view element, const VnZEL10cmn::clsVnError& error) {
+Fault ForeignElement(const Element& element, DocumentKind kind) {
   Fault fault;
-  fault.part = element;
-  fault.number = error.ErrorNr();
-  fault.reason = LibraryMessage(error.ErrorMsg());
+  fault.part = element.name;
+  fault.reason = ForeignReason(kind);
   return fault;
 }
 
-void ReadXml(std::string_view xml, Dump& dump) {
-  dump.document = GuessDocumentKind(xml);
-  const DocumentLayout& layout = LayoutOf(dump.document);
-  clsZelBaseCoding coder;
-  std::string content;
-  if (!coder.GetXmlTag(xml, layout.whole.tag, content)) {
-    dump.faults.push_back(MissingElement(layout.whole.name, coder.ErrorObject()));
-    content = xml;  // the elements inside may be whole
-  }
-  const bool isReport = dump.document == DocumentKind::Report;
-  const bool isData = dump.document == DocumentKind::Data;
+/// What stands in the elements of a document.
+struct Part {
+  Element element;
+  RunKind kind;
+};
+
+std::vector<Part> PartsOf(DocumentKind document, bool hasItems) {
+  const DocumentLayout& layout = LayoutOf(document);
+  const bool isReport = document == DocumentKind::Report;
+  const bool isData = document == DocumentKind::Data;
   const RunKind request = isReport ? RunKind::ReportRequest
                           : isData ? RunKind::DataRequest
                                    : RunKind::Request;
   const RunKind response = isReport ? RunKind::ReportResponse
                            : isData ? RunKind::DataResponse
                                     : RunKind::Response;
-  struct Part {
-    Element element;
-    RunKind kind;
-  };
   std::vector<Part> parts = {{layout.request, request}, {layout.response, response}};
   // Reports without items are usual, and data records have none.
-  if (dump.document == DocumentKind::Booking || HoldsItems(xml)) {
+  if (document == DocumentKind::Booking || hasItems) {
     parts.insert(parts.begin(), {kItemListElement, RunKind::ItemList});
   }
-  for (const auto& [element, kind] : parts) {
-    std::string text;
-    std::string profile;
-    if (!coder.GetXmlTag(content, element.tag, text, &profile)) {
-      dump.faults.push_back(MissingElement(element.name, coder.ErrorObject()));
+  return parts;
+}
+
+void WriteXml(std::string_view xml, DocumentKind document, DumpOutput& output, std::vector<Fault>& faults) {
+  if (const Element* const foreign = FindForeignElement(xml, document)) {
+    faults.push_back(ForeignElement(*foreign, document));
+  }
+  Fault fault;
+  const std::optional<ElementText> whole = FindElement(xml, LayoutOf(document).whole, fault);
+  if (!whole) faults.push_back(fault);
+  // Without it the elements inside may be whole.
+  const std::string_view content = whole ? whole->content : xml;
+  for (const auto& [element, kind] : PartsOf(document, HoldsItems(xml))) {
+    const std::optional<ElementText> text = FindElement(content, element, fault);
+    if (!text) {
+      faults.push_back(fault);
       continue;
     }
-    std::optional<Fault> fault;
-    const ByteArray bytes = text.empty() ? ByteArray() : Decode(text, Form::Base64, fault);
-    AddPart(dump, element.name, bytes, kind, std::move(fault));
-    dump.parts.back().profile = std::move(profile);
+    const DumpPart part{.element = element.name, .profile = text->profile};
+    if (text->content.empty()) {
+      MemoryBytes nothing{std::span<const std::uint8_t>()};
+      WritePart(part, nothing, kind, std::nullopt, output, faults);
+    } else {
+      EncodedBytes bytes(text->content, Encoding::Base64);
+      WritePart(part, bytes, kind, bytes.TextFault(), output, faults);
+    }
   }
 }
 
 }  // namespace
 
-Dump ReadDump(std::string_view content) {
+std::vector<Fault> WriteDump(std::string_view content, DumpOutput& output) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   const std::size_t mark = content.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
   content.remove_prefix(mark);
-  Dump dump;
-  dump.form = Recognise(content);
-  if (dump.form == Form::Xml) {
-    ReadXml(content, dump);
-    return dump;
-  }
-  std::optional<Fault> fault;
-  ByteArray bytes;
-  if (dump.form == Form::Binary) {
-    bytes = ByteArray(std::span(reinterpret_cast<const std::uint8_t*>(content.data()), content.size()));
+  std::vector<Fault> faults;
+  const Form form = Recognise(content);
+  const DocumentKind document = form == Form::Xml ? GuessDocumentKind(content) : DocumentKind::Booking;
+  output.Begin(form, document);
+  if (form == Form::Xml) {
+    WriteXml(content, document, output, faults);
+  } else if (form == Form::Binary) {
+    MemoryBytes bytes(BytesOf(content));
+    WritePart({}, bytes, std::nullopt, std::nullopt, output, faults);
   } else {
-    const std::size_t skipped = mark + content.find_first_not_of(kBlanks);
-    bytes = Decode(Trim(content), dump.form, fault);
-    if (fault) *fault->position += static_cast<std::int64_t>(skipped);
+    EncodedBytes bytes(Trim(content), form == Form::Base64 ? Encoding::Base64 : Encoding::Hexadecimal);
+    std::optional<Fault> fault = bytes.TextFault();
+    if (fault) *fault->position += static_cast<std::int64_t>(mark + content.find_first_not_of(kBlanks));
+    WritePart({}, bytes, std::nullopt, fault, output, faults);
   }
-  AddPart(dump, {}, bytes, std::nullopt, std::move(fault));
-  return dump;
+  output.End(faults);
+  return faults;
 }
 
 }  // namespace zel

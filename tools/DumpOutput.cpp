@@ -1,14 +1,9 @@
-#include <algorithm>
-#include <nlohmann/json.hpp>
-
 #include "tools/Dump.h"
 #include "tools/Text.h"
 
 namespace zel {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 std::string_view FormName(Form form) {
   switch (form) {
@@ -57,86 +52,148 @@ std::string_view KindName(RunKind kind) {
   return {};
 }
 
-/// One line per record: position, tag, name, length, value.
-void AppendLines(std::string& out, const std::vector<Node>& nodes, std::size_t depth) {
-  constexpr std::size_t kNameWidth = 20;
-  constexpr std::size_t kPositionWidth = 6;
-  constexpr std::size_t kLengthWidth = 3;
-  for (const Node& node : nodes) {
-    out.append(depth * 2, ' ');
-    if (!node.tag) {
-      out += node.name + "\n";
-    } else {
-      out += PadLeft(std::to_string(node.position), kPositionWidth) + "  " + Hex({&*node.tag, 1}) + "  " +
-             PadRight(node.name, kNameWidth) + PadLeft(std::to_string(node.length), kLengthWidth);
-      const std::string value = OneLine(node.value);
-      if (!value.empty() || node.isText) out += "  " + (node.isText ? "\"" + value + "\"" : value);
-      out += "\n";
-    }
-    AppendLines(out, node.inner, depth + 1);
+/// However long the text is.
+void WriteOnOneLine(std::string_view text, Sink& out) {
+  constexpr std::size_t kPiece = 4096;
+  while (!text.empty()) {
+    std::string_view piece = Beginning(text, kPiece);
+    if (piece.empty()) piece = text.substr(0, kPiece);  // no character at all
+    out.Write(OneLine(piece));
+    text.remove_prefix(piece.size());
   }
 }
 
-Json ToJson(const std::vector<Node>& nodes) {
-  Json list = Json::array();
-  for (const Node& node : nodes) {
-    Json entry = {{"name", node.name}, {"position", node.position}, {"length", node.length}};
-    if (node.tag) {
-      entry["tag"] = *node.tag;
-      entry["hex"] = node.hex;
-    }
-    if (!node.value.empty() || node.isText) entry["value"] = node.value;
-    if (!node.inner.empty()) entry["records"] = ToJson(node.inner);
-    list.push_back(std::move(entry));
-  }
-  return list;
-}
-
-Json ToJson(const Fault& fault) {
-  Json entry = Json::object();
-  if (!fault.part.empty()) entry["part"] = fault.part;
+void WriteFault(const Fault& fault, JsonWriter& json) {
+  json.BeginObject();
+  if (!fault.part.empty()) json.Member("part", fault.part);
   if (fault.position) {
-    entry["position"] = *fault.position;
-    entry["unit"] = fault.unit;
+    json.Member("position", *fault.position);
+    json.Member("unit", fault.unit);
   }
-  if (fault.number != 0) entry["number"] = fault.number;
-  entry["reason"] = fault.reason;
-  return entry;
+  if (fault.number != 0) json.Member("number", fault.number);
+  json.Member("reason", fault.reason);
+  json.EndObject();
 }
 
 }  // namespace
 
-std::string DumpToText(const Dump& dump) {
-  std::string out;
-  if (dump.form == Form::Xml) out += DocumentTitle(dump.document);
-  const std::size_t depth = dump.form == Form::Xml ? 1 : 0;
-  for (const DumpPart& part : dump.parts) {
-    out.append(depth * 2, ' ');
-    out += std::string(KindTitle(part.run.kind)) + " (" + std::to_string(part.run.size) + " bytes";
-    if (dump.form != Form::Xml) out += ", " + std::string(FormName(dump.form));
-    if (!part.profile.empty()) out += ", profile \"" + OneLine(part.profile) + "\"";
-    out += ")\n";
-    AppendLines(out, part.run.nodes, depth + 1);
-    if (part.run.fault) out += std::string((depth + 1) * 2, ' ') + "! " + ToText(*part.run.fault) + "\n";
-  }
-  return out;
+void TextDump::Begin(Form form, DocumentKind document) {
+  form_ = form;
+  if (form == Form::Xml) out_.Write(DocumentTitle(document));
 }
 
-Json DumpToJson(const Dump& dump) {
-  Json root = {{"form", FormName(dump.form)}};
-  Json& parts = root["parts"] = Json::array();
-  for (const DumpPart& part : dump.parts) {
-    Json entry = {{"kind", KindName(part.run.kind)}};
-    if (!part.element.empty()) entry["element"] = part.element;
-    if (!part.profile.empty()) entry["profile"] = part.profile;
-    entry["length"] = part.run.size;
-    entry["records"] = ToJson(part.run.nodes);
-    parts.push_back(std::move(entry));
+void TextDump::BeginPart(const DumpPart& part) {
+  depth_ = form_ == Form::Xml ? 1 : 0;
+  std::string line(depth_ * 2, ' ');
+  line += std::string(KindTitle(part.kind)) + " (" + std::to_string(part.size) + " bytes";
+  if (form_ != Form::Xml) line += ", " + std::string(FormName(form_));
+  out_.Write(line);
+  if (!part.profile.empty()) {
+    out_.Write(", profile \"");
+    WriteOnOneLine(part.profile, out_);
+    out_.Write("\"");
   }
-  Json& faults = root["faults"] = Json::array();
-  for (const Fault& fault : dump.faults)
-    faults.push_back(ToJson(fault));
-  return root;
+  out_.Write(")\n");
+  ++depth_;
+}
+
+void TextDump::BeginItem(std::size_t number, std::int32_t /*position*/, std::int32_t /*length*/) {
+  out_.Write(std::string(depth_ * 2, ' ') + "Item " + std::to_string(number) + "\n");
+  ++depth_;
+}
+
+void TextDump::Show(const Record& record) {
+  lines_.clear();
+  AppendLine(record, depth_);
+  for (const Record& inner : record.inner) {
+    AppendLine(inner, depth_ + 1);
+  }
+  out_.Write(lines_);
+}
+
+/// Position, tag, name, length, value.
+void TextDump::AppendLine(const Record& record, std::size_t depth) {
+  constexpr std::size_t kNameWidth = 20;
+  constexpr std::size_t kPositionWidth = 6;
+  constexpr std::size_t kLengthWidth = 3;
+  const auto tag = static_cast<std::uint8_t>(record.tag);
+  lines_.append(depth * 2, ' ');
+  lines_ += PadLeft(std::to_string(record.position), kPositionWidth) + "  " + Hex({&tag, 1}) + "  " +
+            PadRight(std::string(record.name), kNameWidth) +
+            PadLeft(std::to_string(record.length), kLengthWidth);
+  const std::string value = OneLine(record.value);
+  if (!value.empty() || record.isText) lines_ += "  " + (record.isText ? "\"" + value + "\"" : value);
+  lines_ += "\n";
+}
+
+void TextDump::EndPart(const std::optional<Fault>& fault) {
+  if (fault) out_.Write(std::string(depth_ * 2, ' ') + "! " + OneLine(ToText(*fault)) + "\n");
+}
+
+void TextDump::End(const std::vector<Fault>& /*faults*/) {}
+
+void JsonDump::Begin(Form form, DocumentKind /*document*/) {
+  json_.Member("form", FormName(form));
+  json_.Key("parts");
+  json_.BeginArray();
+}
+
+void JsonDump::BeginPart(const DumpPart& part) {
+  json_.BeginObject();
+  json_.Member("kind", KindName(part.kind));
+  if (!part.element.empty()) json_.Member("element", part.element);
+  if (!part.profile.empty()) json_.Member("profile", part.profile);
+  json_.Member("length", part.size);
+  json_.Key("records");
+  json_.BeginArray();
+}
+
+void JsonDump::BeginItem(std::size_t number, std::int32_t position, std::int32_t length) {
+  json_.BeginObject();
+  json_.Member("name", "Item " + std::to_string(number));
+  json_.Member("position", position);
+  json_.Member("length", length);
+  json_.Key("records");
+  json_.BeginArray();
+}
+
+void JsonDump::EndItem() {
+  json_.EndArray();
+  json_.EndObject();
+}
+
+void JsonDump::Show(const Record& record) {
+  json_.BeginObject();
+  json_.Member("name", record.name);
+  json_.Member("position", record.position);
+  json_.Member("length", record.length);
+  json_.Member("tag", static_cast<int>(record.tag));
+  json_.Member("hex", record.hex);
+  if (!record.value.empty() || record.isText) json_.Member("value", record.value);
+  if (!record.inner.empty()) {
+    json_.Key("records");
+    json_.BeginArray();
+    for (const Record& inner : record.inner) {
+      Show(inner);
+    }
+    json_.EndArray();
+  }
+  json_.EndObject();
+}
+
+void JsonDump::EndPart(const std::optional<Fault>& /*fault*/) {
+  json_.EndArray();
+  json_.EndObject();
+}
+
+void JsonDump::End(const std::vector<Fault>& faults) {
+  json_.EndArray();
+  json_.Key("faults");
+  json_.BeginArray();
+  for (const Fault& fault : faults) {
+    WriteFault(fault, json_);
+  }
+  json_.EndArray();
 }
 
 }  // namespace zel

@@ -1,12 +1,17 @@
 #include "tools/Files.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <climits>
 #include <system_error>
+#include <thread>
 
 #include "tools/ExitStatus.h"
 #include "tools/Text.h"
@@ -16,6 +21,12 @@ namespace zel {
 namespace {
 
 std::string Reason(int error) { return std::generic_category().message(error); }
+
+/// Whether a pipe has a name in a folder; others are made together with their writers.
+bool IsNamed(int pipe) {
+  struct statfs system {};
+  return fstatfs(pipe, &system) != 0 || system.f_type != PIPEFS_MAGIC;
+}
 
 /// Brings a folder's entries to the disk as far as its file system can do that.
 void SyncFolder(const std::filesystem::path& folder) {
@@ -28,22 +39,73 @@ void SyncFolder(const std::filesystem::path& folder) {
 
 }  // namespace
 
-void CloseFile::operator()(std::FILE* file) const noexcept {
-  if (file != stdin) std::fclose(file);
+InputFile::InputFile(const std::filesystem::path& path, FileKind kind) : name_(InputName(path)) {
+  if (path == kStandardInput) {
+    descriptor_ = STDIN_FILENO;
+    return;
+  }
+  // The system would open the file that is named by what stands before the NUL.
+  if (path.native().find('\0') != std::string::npos) Fail("the name holds a NUL byte");
+  // Opened like this, a pipe doesn't wait until somebody writes to it.
+  descriptor_ = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (descriptor_ == -1) Fail(Reason(errno));
+  isOpened_ = true;
+  try {
+    Check(kind);
+  } catch (...) {
+    close(descriptor_);
+    throw;
+  }
 }
 
-OpenedFile OpenForReading(const std::filesystem::path& path) {
-  OpenedFile file(path == kStandardInput ? stdin : std::fopen(path.c_str(), "rb"));
-  if (!file) throw Failure(ExitStatus::Trouble, InputName(path) + " can't be read: " + Reason(errno));
-  return file;
+InputFile::~InputFile() {
+  if (isOpened_) close(descriptor_);
 }
 
-std::size_t ReadSome(std::FILE* file, const std::string& name, char* buffer, std::size_t size) {
+void InputFile::Check(FileKind kind) {
+  struct stat status {};
+  if (fstat(descriptor_, &status) != 0) Fail(Reason(errno));
+  if (S_ISDIR(status.st_mode)) Fail(Reason(EISDIR));
+  if (S_ISREG(status.st_mode)) {
+    expectedSize_ = static_cast<std::size_t>(status.st_size);
+    return;
+  }
+  if (kind == FileKind::Regular) throw Failure(ExitStatus::Trouble, name_ + " is no regular file");
+  // A pipe without a name, such as that of a process substitution, has had a writer.
+  if (S_ISFIFO(status.st_mode) && IsNamed(descriptor_)) WaitForWriter();
+  const int flags = fcntl(descriptor_, F_GETFL);
+  if (flags == -1 || fcntl(descriptor_, F_SETFL, flags & ~O_NONBLOCK) == -1) Fail(Reason(errno));
+}
+
+void InputFile::WaitForWriter() {
+  constexpr int kAttempts = 100;
+  constexpr int kPauseMilliseconds = 10;
+  for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    // Where nobody has opened the pipe for writing, it is at its end at once; otherwise there is a byte, or none yet.
+    char byte = 0;
+    const ssize_t count = read(descriptor_, &byte, 1);
+    if (count == 1) first_ = byte;
+    if (count != 0) return;
+    std::this_thread::sleep_for(std::chrono::milliseconds(kPauseMilliseconds));
+  }
+  Fail("nobody writes to this pipe");
+}
+
+void InputFile::Fail(const std::string& reason) const {
+  throw Failure(ExitStatus::Trouble, name_ + " can't be read: " + reason);
+}
+
+std::size_t InputFile::ReadSome(char* buffer, std::size_t size) {
+  if (first_) {
+    *buffer = *first_;
+    first_.reset();
+    return 1;
+  }
   // Not by fread, which waits until all of the buffer is full.
   for (;;) {
-    const ssize_t count = read(fileno(file), buffer, size);
+    const ssize_t count = read(descriptor_, buffer, size);
     if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) throw Failure(ExitStatus::Trouble, name + " can't be read: " + Reason(errno));
+    if (errno != EINTR) Fail(Reason(errno));
   }
 }
 
@@ -51,20 +113,24 @@ std::string InputName(const std::filesystem::path& path) {
   return path == kStandardInput ? "standard input" : Quoted(path);
 }
 
-std::string ReadFile(const std::filesystem::path& path) {
+std::string ReadFile(const std::filesystem::path& path, FileKind kind) {
   const std::string name = InputName(path);
-  const OpenedFile file = OpenForReading(path);
+  InputFile file(path, kind);
   constexpr std::size_t kBlock = 65536;
   std::string content;
+  const auto tooLarge = [&name] {
+    return Failure(ExitStatus::NotRight,
+                   name + " is larger than " + std::to_string(kMaxFileSize / 1024 / 1024) + " MiB");
+  };
+  if (file.ExpectedSize() > kMaxFileSize) throw tooLarge();
+  // No byte more than the file has, and one block to see that it has no more.
+  content.reserve(file.ExpectedSize() + kBlock);
   for (std::size_t count = 1; count > 0;) {
     const std::size_t size = content.size();
     content.resize(size + kBlock);
-    count = ReadSome(file.get(), name, content.data() + size, kBlock);
+    count = file.ReadSome(content.data() + size, kBlock);
     content.resize(size + count);
-    if (content.size() > kMaxFileSize) {
-      throw Failure(ExitStatus::NotRight,
-                    name + " is larger than " + std::to_string(kMaxFileSize / 1024 / 1024) + " MiB");
-    }
+    if (content.size() > kMaxFileSize) throw tooLarge();
   }
   if (content.empty()) {
     throw Failure(ExitStatus::NotRight, name + " is empty");

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdio>
+#include <cstdint>
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,24 +16,47 @@ inline constexpr std::string_view kStandardInput = "-";
 /// Larger files are refused: no sale, request or document comes near.
 inline constexpr std::size_t kMaxFileSize = std::size_t{32} * 1024 * 1024;
 
-struct CloseFile {
-  void operator()(std::FILE* file) const noexcept;
+/// What may stand behind a name.
+enum class FileKind : std::uint8_t {
+  Any,      ///< also a pipe that somebody writes to, or a device: the caller has named it
+  Regular,  ///< a file: its name comes from a list or a folder
 };
-using OpenedFile = std::unique_ptr<std::FILE, CloseFile>;
 
-/// Opens a file, or standard input. Throws `Failure` (Trouble) when it can't be read.
-OpenedFile OpenForReading(const std::filesystem::path& path);
+/// A file, or standard input, that is read.
+class InputFile {
+ public:
+  /// Throws `Failure` (Trouble) when it can't be read: it isn't there, it is of another kind, its name holds a NUL
+  /// byte, or it is a pipe with a name that nobody writes to within a second.
+  InputFile(const std::filesystem::path& path, FileKind kind);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
 
-/// Reads what is there, at least a byte and at most `size`; 0 at the end. `name` is for messages. Throws `Failure`
-/// (Trouble) when it can't be read.
-std::size_t ReadSome(std::FILE* file, const std::string& name, char* buffer, std::size_t size);
+  /// Reads what is there, at least a byte and at most `size`; 0 at the end. Throws `Failure` (Trouble) when it can't be
+  /// read.
+  std::size_t ReadSome(char* buffer, std::size_t size);
+
+  /// How many bytes there are, as far as that can be told before they are read.
+  [[nodiscard]] std::size_t ExpectedSize() const noexcept { return expectedSize_; }
+
+ private:
+  void Check(FileKind kind);
+  void WaitForWriter();
+  [[noreturn]] void Fail(const std::string& reason) const;
+
+  std::string name_;  ///< for messages
+  int descriptor_ = 0;
+  bool isOpened_ = false;  ///< which standard input isn't
+  std::size_t expectedSize_ = 0;
+  std::optional<char> first_;  ///< read already
+};
 
 /// "standard input", or the file's name between quotation marks.
 std::string InputName(const std::filesystem::path& path);
 
 /// The content of a file, or of standard input. Throws `Failure`: Trouble when it can't be read, NotRight
 /// when it is empty or larger than `kMaxFileSize`.
-std::string ReadFile(const std::filesystem::path& path);
+std::string ReadFile(const std::filesystem::path& path, FileKind kind = FileKind::Any);
 
 /// A file that comes into being whole and on the disk, or not at all.
 ///

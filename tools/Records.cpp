@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "tools/Text.h"
 
@@ -130,279 +131,76 @@ std::string_view RunName(RunKind kind) {
   return "a device record";
 }
 
-std::string TagText(std::uint8_t tag) { return "0x" + Hex({&tag, 1}); }
+std::string TagText(ZelTags tag) {
+  const auto byte = static_cast<std::uint8_t>(tag);
+  return "0x" + Hex({&byte, 1});
+}
 
-/// Reads one run, or the records inside a container.
-class Reader {
- public:
-  Reader(const ByteArray& data, RunKind kind, bool inContainer)
-      : data_(data), kind_(kind), inContainer_(inContainer) {}
+/// The library's error as a fault without a position.
+std::optional<Fault> FaultOf(const VnZEL10cmn::clsVnError& error) {
+  Fault fault;
+  fault.number = error.ErrorNr();
+  fault.reason = LibraryMessage(error.ErrorMsg());
+  return fault;
+}
 
-  void ReadAll(std::vector<Node>& nodes, std::optional<Fault>& fault) {
-    std::int32_t position = data_.LBound();
-    while (position <= data_.UBound() && !fault) {
-      Node node;
-      const bool complete = ReadRecord(position, node, fault);
-      if (!complete && node.inner.empty()) return;
-      std::vector<Node>& place = ItemFor(node, nodes);
-      position = node.position + 2 + node.length;
-      place.push_back(std::move(node));
-      if (&place != &nodes) nodes.back().length = position - nodes.back().position;
+/// The first `count` records of a run of any kind.
+struct Beginning {
+  std::vector<Record> records;
+  bool hasFault = false;
+
+  Beginning(ByteSource& bytes, std::size_t count) {
+    RunReader reader(bytes, RunKind::Any);
+    Record record;
+    while (records.size() < count && reader.Next(record)) {
+      records.push_back(record);
     }
+    hasFault = reader.FoundFault().has_value();
   }
 
- private:
-  /// The records of an item list stand inside their items; an item begins at its quantity.
-  std::vector<Node>& ItemFor(const Node& record, std::vector<Node>& nodes) {
-    if (kind_ != RunKind::ItemList) return nodes;
-    if (nodes.empty() || record.tag == static_cast<std::uint8_t>(ZelTags::Item_Quantity)) {
-      Node item;
-      item.name = "Item " + std::to_string(nodes.size() + 1);
-      item.position = record.position;
-      nodes.push_back(std::move(item));
-    }
-    return nodes.back().inner;
+  /// Whether the record at that place has that tag.
+  [[nodiscard]] bool Has(std::size_t place, ZelTags tag) const {
+    return place < records.size() && records[place].tag == tag;
   }
-
-  /// False when the record is at fault; a container then keeps the records before the fault.
-  bool ReadRecord(std::int32_t position, Node& node, std::optional<Fault>& fault) {
-    const std::uint8_t byte = data_[position];
-    const ZelTags tag{byte};
-    const std::optional<std::string_view> name = TagName(byte);
-    if (!name) {
-      return SetFault(fault, position, ZELErrorCodes::Err_Ser_TagUnexpected, TagText(byte) + " is no tag");
-    }
-    std::string message;
-    ZELErrorCodes number{};
-    if (!coder_.DataReadBaseCheck(data_, position, message, number)) {
-      return SetFault(fault, position, number, LibraryMessage(message));
-    }
-    if (inContainer_ ? !MayStandInContainer(tag) : !MayStandIn(kind_, tag)) {
-      return SetFault(fault, position, ZELErrorCodes::Err_Ser_TagUnexpected,
-                      "tag " + TagText(byte) + " (" + std::string(*name) + ") can't stand in " +
-                          std::string(inContainer_ ? "a container" : RunName(kind_)));
-    }
-    node.tag = byte;
-    node.name = *name;
-    node.position = position;
-    node.length = data_[position + 1];
-    node.hex = Hex({data_.data() + (position + 2 - data_.LBound()), static_cast<std::size_t>(node.length)});
-    if (IsContainer(tag)) {
-      return ReadContainer(node, fault);
-    }
-    if (!ReadValue(tag, position, node)) {
-      const VnZEL10cmn::clsVnError& error = coder_.ErrorObject();
-      return SetFault(fault, node.position, ZELErrorCodes{error.ErrorNr()}, LibraryMessage(error.ErrorMsg()));
-    }
-    return true;
-  }
-
-  static bool SetFault(std::optional<Fault>& fault, std::int32_t position, ZELErrorCodes number,
-                       const std::string& reason) {
-    fault.emplace();
-    fault->position = position;
-    fault->number = static_cast<std::int32_t>(number);
-    fault->reason = reason;
-    return false;
-  }
-
-  /// The inner records keep their positions in the whole run, and can't reach beyond the container.
-  bool ReadContainer(Node& container, std::optional<Fault>& fault) {
-    if (container.length == 0) return true;
-    const std::int32_t first = container.position + 2;
-    ByteArray content = ByteArray::WithBounds(first, first + container.length - 1);
-    for (std::int32_t i = content.LBound(); i <= content.UBound(); ++i)
-      content[i] = data_[i];
-    Reader(content, kind_, true).ReadAll(container.inner, fault);
-    return !fault;
-  }
-
-  bool ReadValue(ZelTags tag, std::int32_t start, Node& node) {
-    switch (tag) {
-      case ZelTags::Signature: return coder_.GetZelSignature2(data_, start, node.value);
-      case ZelTags::Lifecycle: return ReadLifeCycle(start, node.value);
-      case ZelTags::Serial_No: return coder_.GetZelSerialNr(data_, start, node.value);
-      case ZelTags::Version: return Text(node, coder_.GetZelVersion(data_, start, node.value));
-      case ZelTags::Transport_Pin: return Text(node, coder_.GetZelTranspPin(data_, start, node.value));
-      case ZelTags::Tp_ID: return Text(node, coder_.GetZelTpID(data_, start, node.value));
-      case ZelTags::Operator: return Text(node, coder_.GetZelOperator(data_, start, node.value));
-      case ZelTags::Hash_Trans_Items: return coder_.GetZelHash(data_, start, true, node.value);
-      case ZelTags::Hash_Reprt_Items: return coder_.GetZelHash(data_, start, false, node.value);
-      case ZelTags::Currency:
-      case ZelTags::Country_Code: return ReadCode(tag, start, node.value);
-      case ZelTags::Tp_ID_No:
-      case ZelTags::Seq_Nr_Trans:
-      case ZelTags::Seq_Nr_Reprt:
-      case ZelTags::Seq_No_Trans_First:
-      case ZelTags::Seq_No_Trans_Last: return ReadCounter(tag, start, node.value);
-      case ZelTags::tDate:
-      case ZelTags::tMonth:
-      case ZelTags::Month_Start:
-      case ZelTags::Month_End: return ReadDate(tag, start, node.value);
-      case ZelTags::tTime: return ReadTime(start, node.value);
-      case ZelTags::Trnvr_Thirdparty:
-      case ZelTags::Trnvr:
-      case ZelTags::Trnvr_neg:
-      case ZelTags::Trnvr_Vat:
-        // Requests hold the short form, everything else may hold the long one.
-        return ReadAmount(tag, start, kind_ != RunKind::Request, node.value);
-      case ZelTags::Item_Price1:
-      case ZelTags::Item_Price2:
-      case ZelTags::Item_Price3:
-      case ZelTags::Item_Price4:
-      case ZelTags::Item_Price5:
-      case ZelTags::Item_Price6: return ReadAmount(tag, start, false, node.value);
-      case ZelTags::Trnvr_Vat_Rate: return ReadRate(start, node.value);
-      case ZelTags::Item_Quantity:
-      case ZelTags::Item_Unit:
-      case ZelTags::Item_Name: return Text(node, coder_.GetDataAscii(data_, start, node.value));
-      default: return ReadFlag(start, node.value);
-    }
-  }
-
-  static bool Text(Node& node, bool done) {
-    node.isText = true;
-    return done;
-  }
-
-  bool ReadLifeCycle(std::int32_t start, std::string& value) {
-    VnZEL10cmn::ZelLifeCycle state{};
-    if (!coder_.GetZelLifeCycle(data_, start, state)) return false;
-    value = std::to_string(static_cast<std::int32_t>(state)) + " " + coder_.ToStringZelState(state);
-    return true;
-  }
-
-  bool ReadCode(ZelTags tag, std::int32_t start, std::string& value) {
-    std::int32_t code = 0;
-    const bool done = tag == ZelTags::Currency ? coder_.GetZelCurrencyCode(data_, start, code)
-                                               : coder_.GetZelCountryCode(data_, start, code);
-    value = std::to_string(code);
-    return done;
-  }
-
-  bool ReadCounter(ZelTags tag, std::int32_t start, std::string& value) {
-    Currency counter;
-    const bool done = tag == ZelTags::Tp_ID_No ? coder_.GetZelTpIDNr(data_, start, counter)
-                                               : coder_.GetZelCounter(data_, start, tag, counter);
-    value = FormatDecimal(counter, 0);
-    return done;
-  }
-
-  bool ReadDate(ZelTags tag, std::int32_t start, std::string& value) {
-    constexpr std::int32_t kMonthLength = 3;
-    constexpr std::size_t kYearAndMonth = 7;
-    const bool isMonth = tag != ZelTags::tDate;
-    Date date;
-    if (!coder_.GetZelDates(data_, start, tag, date, isMonth ? kMonthLength : 0)) return false;
-    value = isMonth ? FormatDate(date).substr(0, kYearAndMonth) : FormatDate(date);
-    return true;
-  }
-
-  bool ReadTime(std::int32_t start, std::string& value) {
-    constexpr std::size_t kTimeStart = 11;
-    Date time;
-    if (!coder_.GetZelTimes(data_, start, ZelTags::tTime, time)) return false;
-    value = FormatDateTime(time).substr(kTimeStart);
-    return true;
-  }
-
-  bool ReadAmount(ZelTags tag, std::int32_t start, bool longForm, std::string& value) {
-    Currency amount;
-    const bool done = coder_.GetZelAmounts(data_, start, tag, amount, longForm);
-    value = FormatDecimal(amount, 2);
-    return done;
-  }
-
-  bool ReadRate(std::int32_t start, std::string& value) {
-    Currency rate;
-    const bool done = coder_.GetZelVatRate(data_, start, rate);
-    value = FormatDecimal(rate, 2) + " %";
-    return done;
-  }
-
-  /// A flag has no value: that the record is there says it all.
-  bool ReadFlag(std::int32_t start, std::string& value) {
-    ByteArray none;
-    value = "yes";
-    return coder_.GetDataBinary(data_, start, none, 0, 0);
-  }
-
-  const ByteArray& data_;
-  RunKind kind_;
-  bool inContainer_;
-  clsZelBaseCoding coder_;
 };
-
-/// Records can all be sound and yet not be what the library reads: in another order, or with one missing.
-void CheckWhole(const ByteArray& data, Run& run) {
-  using VnZEL10cmn::ZELSerialType;
-  VnZEL10cmn::clsZelTransAct booking;
-  VnZEL10cmn::clsZelItemList items;
-  VnZEL10cmn::clsZelReport report;
-  VnZEL10cmn::clsZelTransActData record;
-  std::int32_t start = 0;
-  const VnZEL10cmn::clsVnError* error = nullptr;
-  switch (run.kind) {
-    case RunKind::ItemList:
-      if (!items.BinaryDataSet(data, start)) error = &items.ErrorObject();
-      break;
-    case RunKind::Request:
-      if (!booking.BinaryDataSet(ZELSerialType::Request, data, 0)) error = &booking.ErrorObject();
-      break;
-    case RunKind::Response:
-      if (!booking.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &booking.ErrorObject();
-      break;
-    case RunKind::ReportRequest:
-      if (!report.BinaryDataSet(ZELSerialType::Request, data, 0)) error = &report.ErrorObject();
-      break;
-    case RunKind::ReportResponse:
-      if (!report.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &report.ErrorObject();
-      break;
-    case RunKind::DataRequest:
-      if (!record.BinaryDataSet(ZELSerialType::Request, data, 0)) error = &record.ErrorObject();
-      break;
-    case RunKind::DataResponse:
-      if (!record.BinaryDataSet(ZELSerialType::Response, data, 0)) error = &record.ErrorObject();
-      break;
-    case RunKind::Any: break;
-  }
-  if (error != nullptr) {
-    run.fault.emplace();
-    run.fault->number = error->ErrorNr();
-    run.fault->reason = LibraryMessage(error->ErrorMsg());
-  }
-}
-
-/// Whether the record at that place has that tag.
-bool StandsAt(const Run& run, std::size_t place, ZelTags tag) {
-  return place < run.nodes.size() && run.nodes[place].tag == static_cast<std::uint8_t>(tag);
-}
 
 /// Requests begin alike: a booking has an operator, a data record goes straight to its hash, and a report to
 /// what only a report has, or to its end. Of a damaged one the sound beginning counts.
-RunKind GuessRequest(const ByteArray& data) {
-  const Run run = ReadRun(data, RunKind::Any);
+RunKind GuessRequest(ByteSource& bytes) {
   constexpr std::size_t kDateAndTime = 2;
-  if (!StandsAt(run, 1, ZelTags::tTime)) return RunKind::Request;
-  if (run.nodes.size() == kDateAndTime) return run.fault ? RunKind::Request : RunKind::ReportRequest;
-  if (StandsAt(run, kDateAndTime, ZelTags::Hash_Trans_Items)) return RunKind::DataRequest;
-  const bool isReport = MayStandIn(RunKind::ReportRequest, ZelTags{*run.nodes[kDateAndTime].tag});
+  const Beginning run(bytes, kDateAndTime + 1);
+  if (!run.Has(1, ZelTags::tTime)) return RunKind::Request;
+  if (run.records.size() == kDateAndTime) return run.hasFault ? RunKind::Request : RunKind::ReportRequest;
+  if (run.Has(kDateAndTime, ZelTags::Hash_Trans_Items)) return RunKind::DataRequest;
+  const bool isReport = MayStandIn(RunKind::ReportRequest, run.records[kDateAndTime].tag);
   return isReport ? RunKind::ReportRequest : RunKind::Request;
 }
 
 /// A device tells its state elsewhere, too.
-RunKind GuessStateHolder(const ByteArray& data) {
-  const Run run = ReadRun(data, RunKind::Any);
-  return StandsAt(run, 1, ZelTags::Tp_ID) ? RunKind::ReportResponse : RunKind::Any;
+RunKind GuessStateHolder(ByteSource& bytes) {
+  return Beginning(bytes, 2).Has(1, ZelTags::Tp_ID) ? RunKind::ReportResponse : RunKind::Any;
 }
 
-std::string Describe(const Node& node) {
-  return node.tag ? node.name + " (" + TagText(*node.tag) + ")" : node.name;
+std::string Value(const Record& record) {
+  if (record.isText) return "\"" + OneLine(record.value) + "\"";
+  return record.value.empty() ? "0x" + record.hex : OneLine(record.value);
 }
 
-std::string Value(const Node& node) {
-  if (node.isText) return "\"" + OneLine(node.value) + "\"";
-  return node.value.empty() ? "0x" + node.hex : OneLine(node.value);
+/// What is said of two records that stand at the same place; empty when they are the same.
+std::string Difference(const Record* found, const Record* expected) {
+  if (found == nullptr) return Describe(*expected) + " is missing";
+  if (expected == nullptr) return Describe(*found) + " doesn't belong there";
+  if (found->tag != expected->tag) {
+    return Describe(*found) + " stands where " + Describe(*expected) + " belongs";
+  }
+  if (!found->inner.empty() && !expected->inner.empty()) {
+    const std::string inner = FirstDifference(found->inner, expected->inner);
+    return inner.empty() ? inner : Describe(*found) + ": " + inner;
+  }
+  if (found->hex == expected->hex) return {};
+  const bool sameValue = Value(*found) == Value(*expected);
+  return Describe(*found) + " is " + (sameValue ? "0x" + found->hex : Value(*found)) + ", expected " +
+         (sameValue ? "0x" + expected->hex : Value(*expected));
 }
 
 }  // namespace
@@ -422,57 +220,328 @@ std::optional<std::string_view> TagName(std::uint8_t tag) {
   return found == kTags.end() ? std::nullopt : std::optional(found->name);
 }
 
-RunKind GuessKind(const ByteArray& data) {
-  if (data.size() == 0) return RunKind::Any;
-  switch (ZelTags{data.data()[0]}) {
+std::string NameOf(ZelTags tag) { return std::string(*TagName(static_cast<std::uint8_t>(tag))); }
+
+bool RunReader::Next(Record& record) {
+  if (fault_ || position_ >= bytes_.Size()) return false;
+  FillWindow();
+  record.inner.clear();
+  if (!ReadRecord(window_, position_, false, record) && record.inner.empty()) return false;
+  last_ = position_;
+  position_ += 2 + record.length;
+  return true;
+}
+
+std::span<const std::uint8_t> RunReader::Bytes() const noexcept {
+  return View(window_).subspan(static_cast<std::size_t>(last_ - window_.LBound()),
+                               static_cast<std::size_t>(position_ - last_));
+}
+
+/// The window holds more than any record can claim, or ends where the bytes end: so the library says the same of a
+/// record that is cut off as with all bytes before it.
+void RunReader::FillWindow() {
+  constexpr std::int32_t kWindow = 16384;
+  constexpr std::int32_t kMostClaimed = 2 + 255;
+  const std::int32_t behind = bytes_.Size();
+  const bool holdsAny = window_.size() > 0 && position_ >= window_.LBound();
+  if (holdsAny && (window_.UBound() + 1 == behind || position_ + kMostClaimed <= window_.UBound() + 1))
+    return;
+  window_.Redim(position_, std::min(behind - position_, kWindow) + position_ - 1);
+  bytes_.Read(position_, {window_.data(), window_.size()});
+}
+
+/// False when the record is at fault; a container then keeps the records before the fault.
+bool RunReader::ReadRecord(const ByteArray& data, std::int32_t position, bool inContainer, Record& record) {
+  const std::uint8_t byte = data[position];
+  const ZelTags tag{byte};
+  const std::optional<std::string_view> name = TagName(byte);
+  constexpr auto kUnexpected = static_cast<std::int32_t>(ZELErrorCodes::Err_Ser_TagUnexpected);
+  if (!name) return SetFault(position, kUnexpected, TagText(tag) + " is no tag");
+  std::string message;
+  ZELErrorCodes number{};
+  if (!coder_.DataReadBaseCheck(data, position, message, number)) {
+    return SetFault(position, static_cast<std::int32_t>(number), LibraryMessage(message));
+  }
+  if (inContainer ? !MayStandInContainer(tag) : !MayStandIn(kind_, tag)) {
+    return SetFault(position, kUnexpected,
+                    "tag " + TagText(tag) + " (" + std::string(*name) + ") can't stand in " +
+                        std::string(inContainer ? "a container" : RunName(kind_)));
+  }
+  record.tag = tag;
+  record.name = *name;
+  record.position = position;
+  record.length = data[position + 1];
+  record.hex = Hex({data.data() + (position + 2 - data.LBound()), static_cast<std::size_t>(record.length)});
+  record.value.clear();
+  record.isText = false;
+  if (IsContainer(tag)) return ReadContainer(data, record);
+  if (ReadValue(data, position, record)) return true;
+  const VnZEL10cmn::clsVnError& error = coder_.ErrorObject();
+  return SetFault(position, error.ErrorNr(), LibraryMessage(error.ErrorMsg()));
+}
+
+bool RunReader::SetFault(std::int32_t position, std::int32_t number, std::string reason) {
+  fault_.emplace();
+  fault_->position = position;
+  fault_->number = number;
+  fault_->reason = std::move(reason);
+  return false;
+}
+
+/// The inner records keep their positions in the whole run, and can't reach beyond the container.
+bool RunReader::ReadContainer(const ByteArray& data, Record& container) {
+  if (container.length == 0) return true;
+  const std::int32_t first = container.position + 2;
+  const std::int32_t behind = first + container.length;
+  contents_.Redim(first, behind - 1);
+  std::ranges::copy(View(data).subspan(static_cast<std::size_t>(first - data.LBound()), contents_.size()),
+                    contents_.begin());
+  for (std::int32_t position = first; position < behind;) {
+    Record record;
+    // A container among them is no tag that may stand here.
+    if (!ReadRecord(contents_, position, true, record)) return false;
+    position += 2 + record.length;
+    container.inner.push_back(std::move(record));
+  }
+  return true;
+}
+
+bool RunReader::ReadValue(const ByteArray& data, std::int32_t start, Record& record) {
+  std::string& value = record.value;
+  switch (record.tag) {
+    case ZelTags::Signature: return coder_.GetZelSignature2(data, start, value);
+    case ZelTags::Lifecycle: return ReadLifeCycle(data, start, value);
+    case ZelTags::Serial_No: return coder_.GetZelSerialNr(data, start, value);
+    case ZelTags::Version: return ReadText(coder_.GetZelVersion(data, start, value), record);
+    case ZelTags::Transport_Pin: return ReadText(coder_.GetZelTranspPin(data, start, value), record);
+    case ZelTags::Tp_ID: return ReadText(coder_.GetZelTpID(data, start, value), record);
+    case ZelTags::Operator: return ReadText(coder_.GetZelOperator(data, start, value), record);
+    case ZelTags::Hash_Trans_Items: return coder_.GetZelHash(data, start, true, value);
+    case ZelTags::Hash_Reprt_Items: return coder_.GetZelHash(data, start, false, value);
+    case ZelTags::Currency:
+    case ZelTags::Country_Code: return ReadCode(data, start, record);
+    case ZelTags::Tp_ID_No:
+    case ZelTags::Seq_Nr_Trans:
+    case ZelTags::Seq_Nr_Reprt:
+    case ZelTags::Seq_No_Trans_First:
+    case ZelTags::Seq_No_Trans_Last: return ReadCounter(data, start, record);
+    case ZelTags::tDate:
+    case ZelTags::tMonth:
+    case ZelTags::Month_Start:
+    case ZelTags::Month_End: return ReadDate(data, start, record);
+    case ZelTags::tTime: return ReadTime(data, start, value);
+    case ZelTags::Trnvr_Thirdparty:
+    case ZelTags::Trnvr:
+    case ZelTags::Trnvr_neg:
+    case ZelTags::Trnvr_Vat:
+      // Requests hold the short form, everything else may hold the long one.
+      return ReadAmount(data, start, kind_ != RunKind::Request, record);
+    case ZelTags::Item_Price1:
+    case ZelTags::Item_Price2:
+    case ZelTags::Item_Price3:
+    case ZelTags::Item_Price4:
+    case ZelTags::Item_Price5:
+    case ZelTags::Item_Price6: return ReadAmount(data, start, false, record);
+    case ZelTags::Trnvr_Vat_Rate: return ReadRate(data, start, value);
+    case ZelTags::Item_Quantity:
+    case ZelTags::Item_Unit:
+    case ZelTags::Item_Name: return ReadText(coder_.GetDataAscii(data, start, value), record);
+    default: return ReadFlag(data, start, value);
+  }
+}
+
+bool RunReader::ReadText(bool isRead, Record& record) {
+  record.isText = true;
+  return isRead;
+}
+
+bool RunReader::ReadLifeCycle(const ByteArray& data, std::int32_t start, std::string& value) {
+  VnZEL10cmn::ZelLifeCycle state{};
+  if (!coder_.GetZelLifeCycle(data, start, state)) return false;
+  value = std::to_string(static_cast<std::int32_t>(state)) + " " + coder_.ToStringZelState(state);
+  return true;
+}
+
+bool RunReader::ReadCode(const ByteArray& data, std::int32_t start, Record& record) {
+  std::int32_t code = 0;
+  const bool done = record.tag == ZelTags::Currency ? coder_.GetZelCurrencyCode(data, start, code)
+                                                    : coder_.GetZelCountryCode(data, start, code);
+  record.value = std::to_string(code);
+  return done;
+}
+
+bool RunReader::ReadCounter(const ByteArray& data, std::int32_t start, Record& record) {
+  Currency counter;
+  const bool done = record.tag == ZelTags::Tp_ID_No ? coder_.GetZelTpIDNr(data, start, counter)
+                                                    : coder_.GetZelCounter(data, start, record.tag, counter);
+  record.value = FormatDecimal(counter, 0);
+  return done;
+}
+
+bool RunReader::ReadDate(const ByteArray& data, std::int32_t start, Record& record) {
+  constexpr std::int32_t kMonthLength = 3;
+  constexpr std::size_t kYearAndMonth = 7;
+  const bool isMonth = record.tag != ZelTags::tDate;
+  Date date;
+  if (!coder_.GetZelDates(data, start, record.tag, date, isMonth ? kMonthLength : 0)) return false;
+  record.value = isMonth ? FormatDate(date).substr(0, kYearAndMonth) : FormatDate(date);
+  return true;
+}
+
+bool RunReader::ReadTime(const ByteArray& data, std::int32_t start, std::string& value) {
+  constexpr std::size_t kTimeStart = 11;
+  Date time;
+  if (!coder_.GetZelTimes(data, start, ZelTags::tTime, time)) return false;
+  value = FormatDateTime(time).substr(kTimeStart);
+  return true;
+}
+
+bool RunReader::ReadAmount(const ByteArray& data, std::int32_t start, bool longForm, Record& record) {
+  Currency amount;
+  const bool done = coder_.GetZelAmounts(data, start, record.tag, amount, longForm);
+  record.value = FormatDecimal(amount, 2);
+  return done;
+}
+
+bool RunReader::ReadRate(const ByteArray& data, std::int32_t start, std::string& value) {
+  Currency rate;
+  const bool done = coder_.GetZelVatRate(data, start, rate);
+  value = FormatDecimal(rate, 2) + " %";
+  return done;
+}
+
+/// A flag has no value: that the record is there says it all.
+bool RunReader::ReadFlag(const ByteArray& data, std::int32_t start, std::string& value) {
+  ByteArray none;
+  value = "yes";
+  return coder_.GetDataBinary(data, start, none, 0, 0);
+}
+
+void RunCheck::Take(const Record& record, std::span<const std::uint8_t> bytes) {
+  if (kind_ == RunKind::ItemList) {
+    TakeItemRecord(record, bytes);
+    return;
+  }
+  // The library wants the first records of some runs in an order. Of those behind them it takes any number in any
+  // order, one like the other, so that one of each tag says as much as all of them.
+  constexpr std::size_t kInOrder = 5;
+  constexpr std::size_t kMostKept = 4096;
+  const auto tag = static_cast<std::uint8_t>(record.tag);
+  if (count_ < kInOrder || kept_.size() + bytes.size() <= kMostKept || !isKept_[tag]) {
+    kept_.insert(kept_.end(), bytes.begin(), bytes.end());
+    isKept_[tag] = isKept_[tag] || count_ >= kInOrder;
+  }
+  ++count_;
+}
+
+/// Of an item whose records are sound only the quantity can be wrong, which may be no number.
+void RunCheck::TakeItemRecord(const Record& record, std::span<const std::uint8_t> bytes) {
+  const bool isQuantity = record.tag == ZelTags::Item_Quantity;
+  if (items_ == 0 || (isQuantity && hasQuantity_)) {
+    ++items_;
+    hasQuantity_ = false;
+    second_ = bytes[1];
+  }
+  if (!isQuantity || fault_) return;
+  hasQuantity_ = true;
+  std::int32_t start = 0;
+  if (!item_.BinaryDataSet(ByteArray(bytes), start)) fault_ = UndecodableItem(items_, second_);
+}
+
+std::optional<Fault> RunCheck::Finish() {
+  using VnZEL10cmn::ZELSerialType;
+  const ByteArray data{std::span<const std::uint8_t>(kept_)};
+  const auto ask = [&data](auto&& object, ZELSerialType type) {
+    return object.BinaryDataSet(type, data, 0) ? std::nullopt : FaultOf(object.ErrorObject());
+  };
+  switch (kind_) {
+    case RunKind::Request: return ask(VnZEL10cmn::clsZelTransAct(), ZELSerialType::Request);
+    case RunKind::Response: return ask(VnZEL10cmn::clsZelTransAct(), ZELSerialType::Response);
+    case RunKind::ReportRequest: return ask(VnZEL10cmn::clsZelReport(), ZELSerialType::Request);
+    case RunKind::ReportResponse: return ask(VnZEL10cmn::clsZelReport(), ZELSerialType::Response);
+    case RunKind::DataRequest: return ask(VnZEL10cmn::clsZelTransActData(), ZELSerialType::Request);
+    case RunKind::DataResponse: return ask(VnZEL10cmn::clsZelTransActData(), ZELSerialType::Response);
+    case RunKind::ItemList:
+    case RunKind::Any: break;
+  }
+  return fault_;
+}
+
+RunKind GuessKind(ByteSource& bytes) {
+  if (bytes.Size() == 0) return RunKind::Any;
+  std::uint8_t first = 0;
+  bytes.Read(0, {&first, 1});
+  switch (ZelTags{first}) {
     case ZelTags::Item_Quantity: return RunKind::ItemList;
-    case ZelTags::tDate: return GuessRequest(data);
+    case ZelTags::tDate: return GuessRequest(bytes);
     case ZelTags::Hash_Trans_Items: return RunKind::DataRequest;
     case ZelTags::Tp_ID: return RunKind::Response;
     case ZelTags::Seq_Nr_Trans: return RunKind::DataResponse;
-    case ZelTags::Lifecycle: return GuessStateHolder(data);
+    case ZelTags::Lifecycle: return GuessStateHolder(bytes);
     default: return RunKind::Any;
   }
 }
 
-Run ReadRun(const ByteArray& data, RunKind kind) {
-  Run run;
-  run.kind = kind;
-  run.size = data.size();
-  if (data.size() == 0) {
-    run.fault.emplace();
-    run.fault->position = 0;
-    run.fault->reason = "there is no record";
-    return run;
+std::optional<Fault> FindFault(ByteSource& bytes, RunKind kind) {
+  if (bytes.Size() == 0) {
+    Fault fault;
+    fault.position = 0;
+    fault.reason = "there is no record";
+    return fault;
   }
-  Reader(data, kind, false).ReadAll(run.nodes, run.fault);
-  if (!run.fault) CheckWhole(data, run);
-  return run;
+  RunReader reader(bytes, kind);
+  RunCheck check(kind);
+  Record record;
+  while (reader.Next(record)) {
+    check.Take(record, reader.Bytes());
+  }
+  return reader.FoundFault() ? reader.FoundFault() : check.Finish();
 }
 
-const Node* FindRecord(const std::vector<Node>& nodes, ZelTags tag) {
-  const auto found = std::find_if(nodes.begin(), nodes.end(), [tag](const Node& node) {
-    return node.tag == static_cast<std::uint8_t>(tag);
-  });
-  return found == nodes.end() ? nullptr : &*found;
+std::optional<Record> FindRecord(ByteSource& bytes, RunKind kind, ZelTags tag) {
+  RunReader reader(bytes, kind);
+  Record record;
+  while (reader.Next(record)) {
+    if (record.tag == tag) return record;
+  }
+  return std::nullopt;
 }
 
-std::string FirstDifference(const std::vector<Node>& found, const std::vector<Node>& expected) {
+Fault UndecodableItem(std::size_t number, std::uint8_t second) {
+  // An item that is none, and the first of its list.
+  const ByteArray data{0, second};
+  VnZEL10cmn::clsZelItemList list;
+  std::int32_t start = 0;
+  static_cast<void>(list.BinaryDataSet(data, start));
+  Fault fault = *FaultOf(list.ErrorObject());
+  if (const std::size_t last = fault.reason.rfind('1'); last != std::string::npos) {
+    fault.reason.replace(last, 1, std::to_string(number));
+  }
+  return fault;
+}
+
+std::string Describe(const Record& record) {
+  return std::string(record.name) + " (" + TagText(record.tag) + ")";
+}
+
+std::string FirstDifference(ByteSource& found, ByteSource& expected, RunKind kind) {
+  RunReader foundReader(found, kind);
+  RunReader expectedReader(expected, kind);
+  Record foundRecord;
+  Record expectedRecord;
+  for (;;) {
+    const Record* const one = foundReader.Next(foundRecord) ? &foundRecord : nullptr;
+    const Record* const other = expectedReader.Next(expectedRecord) ? &expectedRecord : nullptr;
+    if (one == nullptr && other == nullptr) return {};
+    if (std::string difference = Difference(one, other); !difference.empty()) return difference;
+  }
+}
+
+std::string FirstDifference(const std::vector<Record>& found, const std::vector<Record>& expected) {
   for (std::size_t i = 0; i < std::max(found.size(), expected.size()); ++i) {
-    if (i >= found.size()) return Describe(expected[i]) + " is missing";
-    if (i >= expected.size()) return Describe(found[i]) + " doesn't belong there";
-    if (found[i].tag != expected[i].tag) {
-      return Describe(found[i]) + " stands where " + Describe(expected[i]) + " belongs";
-    }
-    if (!found[i].inner.empty() && !expected[i].inner.empty()) {
-      if (const std::string inner = FirstDifference(found[i].inner, expected[i].inner); !inner.empty()) {
-        return Describe(found[i]) + ": " + inner;
-      }
-    } else if (found[i].hex != expected[i].hex) {
-      const bool sameValue = Value(found[i]) == Value(expected[i]);
-      return Describe(found[i]) + " is " + (sameValue ? "0x" + found[i].hex : Value(found[i])) +
-             ", expected " + (sameValue ? "0x" + expected[i].hex : Value(expected[i]));
-    }
+    std::string difference =
+        Difference(i < found.size() ? &found[i] : nullptr, i < expected.size() ? &expected[i] : nullptr);
+    if (!difference.empty()) return difference;
   }
   return {};
 }

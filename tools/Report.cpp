@@ -65,7 +65,8 @@ std::string TableToText(const Rows& rows) {
 }
 
 bool Has(const ByteArray& data, RunKind kind, ZelTags tag) {
-  return FindRecord(ReadRun(data, kind).nodes, tag) != nullptr;
+  MemoryBytes bytes(data);
+  return FindRecord(bytes, kind, tag).has_value();
 }
 
 std::string Line(std::string_view name, const std::string& value) {
@@ -89,7 +90,8 @@ std::string_view ReportTitle(const ByteArray& request, const clsZelReport& repor
   return report.ZelStatus() == VnZEL10cmn::ZelLifeCycle::Deactivated ? "Closing and deactivation" : "Closing";
 }
 
-std::string ReportToText(const ByteArray& request, const ByteArray& response, const clsZelReport& report) {
+std::string ReportToText(const ByteArray& request, const ByteArray& response, const clsZelReport& report,
+                         std::size_t itemCount) {
   const auto has = [&response](ZelTags tag) { return Has(response, RunKind::ReportResponse, tag); };
   const std::string title(ReportTitle(request, report));
   std::string text = title + "\n" + std::string(title.size(), '=') + "\n\n";
@@ -110,7 +112,7 @@ std::string ReportToText(const ByteArray& request, const ByteArray& response, co
                                              : FormatDecimal(report.TransSeqNrFirst(), 0) + " to " +
                                                    FormatDecimal(report.TransSeqNrLast(), 0));
   }
-  if (report.ItemCount() > 0) text += Line("Report items", std::to_string(report.ItemCount()));
+  if (itemCount > 0) text += Line("Report items", std::to_string(itemCount));
   if (has(ZelTags::Container_Vat_1)) {
     Rows rows;
     for (std::size_t i = 0; i < rows.size(); ++i) {

@@ -15,9 +15,9 @@ namespace zel {
 std::string_view ReportTitle(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::clsZelReport& report);
 
 /// A report that was read from request and response, with a line end after each row: who, when, what it covers,
-/// the nine containers where the response has any, and the signature.
+/// how many items it has, the nine containers where the response has any, and the signature.
 std::string ReportToText(const VnZEL10cmn::ByteArray& request, const VnZEL10cmn::ByteArray& response,
-                         const VnZEL10cmn::clsZelReport& report);
+                         const VnZEL10cmn::clsZelReport& report, std::size_t itemCount);
 
 /// A device's totals as the same table.
 std::string TotalsToText(const std::vector<softdevice::Total>& totals);

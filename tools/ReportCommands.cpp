@@ -34,7 +34,7 @@ Date MonthOf(const std::string& text, const std::string& span) {
   try {
     return ParseDateTime(text + "-02T00:00");  // the first of January 2000 is no date that the library takes
   } catch (const Failure&) {
-    FailUsage("--span: \"" + OneLine(span) + "\" is no span of months such as 2026-01..2026-03 or 2026-01");
+    FailUsage("--span: \"" + Shown(span) + "\" is no span of months such as 2026-01..2026-03 or 2026-01");
   }
 }
 
@@ -45,7 +45,7 @@ void SetSpan(const std::string& span, clsZelReport& report) {
   report.SpanMonthFrom(MonthOf(first, span));
   report.SpanMonthUpTo(MonthOf(last, span));
   if (report.SpanMonthUpTo() < report.SpanMonthFrom()) {
-    FailUsage("--span: the last month, " + last + ", lies before the first, " + first);
+    FailUsage("--span: the last month, " + Shown(last) + ", lies before the first, " + Shown(first));
   }
 }
 
@@ -71,7 +71,7 @@ ZELDataSignTypes SignTypeOf(const std::string& type) {
   if (type == "only") return ZELDataSignTypes::DataOnly;
   if (type == "id") return ZELDataSignTypes::DataAndTpID;
   if (type == "time") return ZELDataSignTypes::DataAndTime;
-  FailUsage("--type: \"" + OneLine(type) + "\" is none of only, id, time");
+  FailUsage("--type: \"" + Shown(type) + "\" is none of only, id, time");
 }
 
 }  // namespace

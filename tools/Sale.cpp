@@ -57,20 +57,10 @@ class Member {
     }
     const std::optional<Currency> number = ParseDecimal(value_->text, maxDecimals, !isText);
     if (!number) {
-      Fail("\"" + OneLine(value_->text) + "\" is no decimal number with at most " +
+      Fail("\"" + Shown(value_->text) + "\" is no decimal number with at most " +
            std::to_string(maxDecimals) + " decimals behind a point, or too large");
     }
     return *number;
-  }
-
-  [[nodiscard]] std::vector<Member> Elements() const {
-    const JsonValue& list = Expect(Kind::Array);
-    std::vector<Member> elements;
-    elements.reserve(list.elements.size());
-    for (std::size_t i = 0; i < list.elements.size(); ++i) {
-      elements.emplace_back(list.elements[i], path_ + "[" + std::to_string(i) + "]");
-    }
-    return elements;
   }
 
   /// The object's member of that name, or none.
@@ -85,7 +75,7 @@ class Member {
   void ExpectOnly(std::initializer_list<std::string_view> known) const {
     for (const std::string& name : Expect(Kind::Object).names) {
       if (std::find(known.begin(), known.end(), name) == known.end()) {
-        Member(*value_, PathOf(OneLine(name))).Fail("there is no such member in a sale");
+        Member(*value_, PathOf(name)).Fail("there is no such member in a sale");
       }
     }
   }
@@ -102,7 +92,7 @@ class Member {
 
  private:
   [[nodiscard]] std::string PathOf(std::string_view name) const {
-    return (path_.empty() ? "" : path_ + ".") + std::string(name);
+    return (path_.empty() ? "" : path_ + ".") + Shown(name);
   }
 
   const JsonValue* value_;
@@ -122,7 +112,7 @@ Date ReadDate(const Member& member) {
 std::string ReadOperator(const Member& member) {
   constexpr std::size_t kMaxLength = 16;
   std::string text = member.Text();
-  if (text.size() > kMaxLength) member.Fail("\"" + text + "\" has more than 16 characters");
+  if (text.size() > kMaxLength) member.Fail("\"" + Shown(text) + "\" has more than 16 characters");
   const auto outside = [](char character) { return static_cast<unsigned char>(character) > 126; };
   if (std::any_of(text.begin(), text.end(), outside)) {
     member.Fail("\"" + text + "\" has a character that the device doesn't take (only ASCII, no umlauts)");
@@ -220,7 +210,7 @@ void AddItems(const Sale& sale, Holder& holder) {
 Date ParseDateTime(const std::string& text) {
   constexpr std::string_view kPattern = "0000-00-00T00:00";
   const auto fail = [&text](const std::string& reason) {
-    throw Failure(ExitStatus::NotRight, "\"" + OneLine(text) + "\" " + reason);
+    throw Failure(ExitStatus::NotRight, "\"" + Shown(text) + "\" " + reason);
   };
   const auto matches = [](char character, char pattern) {
     return pattern == '0' ? character >= '0' && character <= '9' : character == pattern;
@@ -242,11 +232,24 @@ Date ParseDateTime(const std::string& text) {
 }
 
 Sale ReadSale(std::string_view json) {
-  const JsonValue root = ParseJson(json);
+  Sale result;
+  // Items are read while the text is parsed, so that the text of one at a time is held. What is wrong with the sale
+  // itself, or with the text behind an item, comes before what is wrong with the item.
+  std::optional<Failure> wrongItem;
+  const JsonValue root =
+      ParseJson(json, {.name = "items", .take = [&](std::size_t index, const JsonValue& value) {
+                         if (wrongItem) return;
+                         try {
+                           const Member item(value, "items[" + std::to_string(index) + "]");
+                           result.items.push_back(ReadItem(item));
+                         } catch (const Failure& failure) {
+                           wrongItem = failure;
+                           result.items = {};
+                         }
+                       }});
   const Member sale(root, "");
   sale.ExpectOnly(
       {"date", "operator", "currency", "taxExclusive", "training", "deliveryNote", "profile", "items"});
-  Sale result;
   if (const std::optional<Member> date = sale.Find("date")) result.date = ReadDate(*date);
   const std::optional<Member> operatorName = sale.Find("operator");
   if (!operatorName) sale.Fail("has no \"operator\"");
@@ -259,9 +262,8 @@ Sale ReadSale(std::string_view json) {
   result.profile = sale.TextOf("profile");
   const std::optional<Member> items = sale.Find("items");
   if (!items) sale.Fail("has no \"items\"");
-  for (const Member& item : items->Elements()) {
-    result.items.push_back(ReadItem(item));
-  }
+  items->Expect(Kind::Array);
+  if (wrongItem) throw Failure(*wrongItem);
   if (result.items.empty()) items->Fail("holds no item");
   return result;
 }

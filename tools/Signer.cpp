@@ -186,8 +186,6 @@ softdevice::Device OpenOrCreateDevice(const std::filesystem::path& path) {
   return device;
 }
 
-std::span<const std::uint8_t> View(const ByteArray& bytes) { return {bytes.data(), bytes.size()}; }
-
 ByteArray BuildRequest(clsZelTransAct& booking) {
   ByteArray request;
   if (!booking.BinaryDataGet(ZELSerialType::Request, request, 0)) {

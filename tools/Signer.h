@@ -7,6 +7,7 @@
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
 #include "softdevice/Device.h"
+#include "tools/Bytes.h"
 #include "tools/ExitStatus.h"
 #include "tools/Sale.h"
 #include "tools/Text.h"
@@ -27,9 +28,6 @@ softdevice::Device MakeDevice(const std::filesystem::path& path, const softdevic
 /// Opens a device for signing. Where there is none, one is made and activated, which is said on standard
 /// error.
 softdevice::Device OpenOrCreateDevice(const std::filesystem::path& path);
-
-/// Bytes of the library as the device takes them, and back.
-std::span<const std::uint8_t> View(const VnZEL10cmn::ByteArray& bytes);
 
 /// Builds the booking's request. Throws `Failure` (NotRight) with the library's reason.
 VnZEL10cmn::ByteArray BuildRequest(VnZEL10cmn::clsZelTransAct& booking);

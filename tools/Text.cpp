@@ -63,15 +63,79 @@ std::string FormatCivil(Date date, const char* format) {
 
 }  // namespace
 
+Character FirstCharacter(std::string_view text) {
+  const auto at = [text](std::size_t place) {
+    return place < text.size() ? static_cast<unsigned char>(text[place]) : 0U;
+  };
+  const unsigned first = at(0);
+  if (first < 0x80) return {text.substr(0, 1), true};
+  if (first < 0xC2 || first > 0xF4) return {text.substr(0, 1), false};
+  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+  // The second byte tells overlong forms, halves of surrogate pairs, and what lies beyond the last character.
+  const unsigned least = first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
+  const unsigned most = first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
+  std::size_t fitting = 1;
+  while (fitting < length && at(fitting) >= (fitting == 1 ? least : 0x80) &&
+         at(fitting) <= (fitting == 1 ? most : 0xBF)) {
+    ++fitting;
+  }
+  return {text.substr(0, fitting), fitting == length};
+}
+
+std::string_view Beginning(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0U) == 0x80) {
+    --most;
+  }
+  return text.substr(0, most);
+}
+
+bool IsControl(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character.front());
+  return character.size() == 1 ? first < 0x20 || first == 0x7F
+                               : first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
 std::string OneLine(std::string_view text) {
-  std::string line(text);
-  std::replace_if(
-      line.begin(), line.end(),
-      [](char character) { return static_cast<unsigned char>(character) < 0x20 || character == 0x7F; }, '?');
+  std::string line;
+  line.reserve(text.size());
+  while (!text.empty()) {
+    const auto [bytes, isWellFormed] = FirstCharacter(text);
+    line += isWellFormed && !IsControl(bytes) ? bytes : "?";
+    text.remove_prefix(bytes.size());
+  }
   return line;
 }
 
-std::string Quoted(const std::filesystem::path& path) { return "'" + OneLine(path.string()) + "'"; }
+std::string Lines(std::string_view text) {
+  std::string lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines += OneLine(text.substr(0, end));
+    text.remove_prefix(end);
+    if (!text.empty()) {
+      lines += '\n';
+      text.remove_prefix(1);
+    }
+  }
+  return lines;
+}
+
+std::string Shown(std::string_view value) {
+  constexpr std::size_t kMost = 200;
+  return value.size() <= kMost ? OneLine(value) : OneLine(Beginning(value, kMost)) + "...";
+}
+
+std::string Quoted(const std::filesystem::path& path) {
+  constexpr std::size_t kMost = 1024;
+  constexpr std::size_t kBeginning = 200;
+  constexpr std::size_t kEnd = 800;
+  const std::string& name = path.native();
+  if (name.size() <= kMost) return "'" + OneLine(name) + "'";
+  const std::size_t end = Beginning(name, name.size() - kEnd).size();
+  return "'" + OneLine(Beginning(name, kBeginning)) + "..." + OneLine(std::string_view(name).substr(end)) +
+         "'";
+}
 
 std::string LibraryMessage(std::string_view message) {
   std::string text;

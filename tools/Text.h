@@ -11,10 +11,30 @@
 /// Small conversions between values and what people read and write.
 namespace zel {
 
-/// The text with every control character as "?", so that it stays on one line and can't steer a terminal.
+/// What stands at the front of a UTF-8 text: a character, or as many bytes as could have begun one.
+struct Character {
+  std::string_view bytes;
+  bool isWellFormed;
+};
+Character FirstCharacter(std::string_view text);
+
+/// As many of the first bytes, at most so many, as hold whole characters.
+std::string_view Beginning(std::string_view text, std::size_t most);
+
+/// Whether a well-formed character is a control character: U+0000 to U+001F, or U+007F to U+009F.
+bool IsControl(std::string_view character);
+
+/// The text with every control character, and all that is no well-formed UTF-8, as "?", so that it stays on one
+/// line and can't steer a terminal.
 std::string OneLine(std::string_view text);
 
-/// A file's name between quotation marks, fit for a message.
+/// The same for each line of a text.
+std::string Lines(std::string_view text);
+
+/// A value from outside as a message shows it: on one line, and only how it begins where it is long.
+std::string Shown(std::string_view value);
+
+/// A file's name between quotation marks, fit for a message; only how it begins and ends where it is long.
 std::string Quoted(const std::filesystem::path& path);
 
 /// A message of the library as one line: its detail lines go into brackets at the end.

@@ -2,20 +2,18 @@
 
 #include <algorithm>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
 #include "tools/Document.h"
 #include "tools/ExitStatus.h"
+#include "tools/Items.h"
 #include "tools/Records.h"
-#include "tools/Signer.h"
 #include "tools/Text.h"
 
 namespace zel {
 
 using VnZEL10cmn::ByteArray;
-using VnZEL10cmn::clsZelItemList;
 using VnZEL10cmn::clsZelReport;
 using VnZEL10cmn::clsZelTransAct;
 using VnZEL10cmn::clsZelTransActData;
@@ -25,25 +23,31 @@ using VnZEL10cmn::ZelTags;
 
 namespace {
 
+/// No item is written longer.
+constexpr std::int32_t kMostPerItem = 128;
+
 [[noreturn]] void Fail(const std::string& reason) { throw Failure(ExitStatus::NotRight, reason); }
 
 void CheckReadable(const ByteArray& data, RunKind kind) {
-  if (const Run run = ReadRun(data, kind); run.fault) Fail(ToText(*run.fault));
+  MemoryBytes bytes(data);
+  if (const std::optional<Fault> fault = FindFault(bytes, kind)) Fail(ToText(*fault));
 }
 
 /// Another way to write the same items would have another hash than the library computes.
-void CheckItems(const ByteArray& data, clsZelItemList& items) {
+void CheckItems(const ByteArray& data) {
   CheckReadable(data, RunKind::ItemList);
-  std::int32_t start = 0;
-  if (!items.BinaryDataSet(data, start)) Fail(Describe(items.ErrorObject()));
-  ByteArray written;
-  std::int32_t length = 0;
-  if (!items.BinaryDataGet(written, length)) Fail(Describe(items.ErrorObject()));
-  written.RedimPreserve(length - 1);
-  if (written != data) {
-    const Run found = ReadRun(data, RunKind::ItemList);
-    const Run expected = ReadRun(written, RunKind::ItemList);
-    Fail("the list is not as a till writes it: " + FirstDifference(found.nodes, expected.nodes));
+  ItemReader reader(data);
+  ByteArray written = ByteArray::WithBounds(0, kMostPerItem - 1);
+  while (reader.Next()) {
+    const std::string item = "Item " + std::to_string(reader.Number()) + ": ";
+    std::int32_t length = 0;
+    if (!reader.Item().BinaryDataGet(written, length)) Fail(item + Describe(reader.Item().ErrorObject()));
+    const std::span<const std::uint8_t> expected = View(written).first(static_cast<std::size_t>(length));
+    if (!std::ranges::equal(reader.Bytes(), expected)) {
+      MemoryBytes found(reader.Bytes());
+      MemoryBytes other(expected);
+      Fail("the list is not as a till writes it: " + item + FirstDifference(found, other, RunKind::ItemList));
+    }
   }
 }
 
@@ -60,20 +64,39 @@ bool IsSha256(const std::string& hash) {
   return hash.size() != kSha1TextLength;
 }
 
-void CheckItemHash(const std::string& found, clsZelItemList& items) {
+/// The hash of items that are as a till writes them is that of their bytes.
+void CheckItemHash(const std::string& found, const ByteArray& items) {
+  VnZEL10cmn::clsHelper01 helper;
+  ByteArray digest;
   std::string hash;
-  if (!items.GetItemHash(IsSha256(found), false, false, hash)) Fail(Describe(items.ErrorObject()));
+  const bool isMade =
+      (IsSha256(found) ? helper.GetSHA256Hash1(items, digest) : helper.GetSHA1Hash1(items, digest)) &&
+      helper.ToBase64String(digest, hash);
+  if (!isMade) Fail(Describe(helper.ErrorObject()));
   if (hash != found) Fail("the request holds " + found + ", the items have " + hash);
 }
 
 void ExpectRequest(const ByteArray& found, const ByteArray& expected, RunKind kind) {
-  if (found != expected) {
-    Fail(FirstDifference(ReadRun(found, kind).nodes, ReadRun(expected, kind).nodes));
-  }
+  if (found == expected) return;
+  MemoryBytes one(found);
+  MemoryBytes other(expected);
+  Fail(FirstDifference(one, other, kind));
 }
 
 void ExpectDated(VnZEL10cmn::Date date, const std::string& what) {
   if (date <= VnZEL10cmn::clsZelVatItem::EarliestDate()) Fail(what + " isn't dated");
+}
+
+/// Puts the hash that is known to be right into a request that was built of other items.
+void SetHash(ByteArray& request, RunKind kind, ZelTags tag, const std::string& hash) {
+  VnZEL10cmn::clsHelper01 helper;
+  ByteArray digest;
+  MemoryBytes bytes(request);
+  const std::optional<Record> record = FindRecord(bytes, kind, tag);
+  if (record && helper.FromBase64String(hash, digest) &&
+      digest.size() == static_cast<std::size_t>(record->length)) {
+    std::copy(digest.begin(), digest.end(), request.begin() + record->position + 2);
+  }
 }
 
 /// Builds the request anew from the items and from what the request says about the booking as a whole.
@@ -88,19 +111,26 @@ void CheckRequest(const Document& document, const clsZelTransAct& booking) {
   rebuilt.IsTraining(booking.IsTraining());
   rebuilt.IsDeliveryNote(booking.IsDeliveryNote());
   rebuilt.UseSHA256(IsSha256(booking.ItemHash()));
-  if (!rebuilt.BinaryDataSet(ZELSerialType::ItemList, *document.items, 0))
-    Fail(Describe(rebuilt.ErrorObject()));
+  for (const std::shared_ptr<SumItem>& sum : SumItems(*document.items)) {
+    if (!rebuilt.AddItem(sum)) Fail(Describe(rebuilt.ErrorObject()));
+  }
   ByteArray request;
   if (!rebuilt.BinaryDataGet(ZELSerialType::Request, request, 0)) Fail(Describe(rebuilt.ErrorObject()));
+  SetHash(request, RunKind::Request, ZelTags::Hash_Trans_Items, booking.ItemHash());
   ExpectRequest(document.request, request, RunKind::Request);
 }
 
 void CheckResponse(const ByteArray& data, clsZelTransAct& booking, Verification& result) {
   Take(data, RunKind::Response, ZELSerialType::Response, booking);
-  constexpr std::size_t kRecords = 4;
-  if (const std::vector<Node> nodes = ReadRun(data, RunKind::Response).nodes; nodes.size() != kRecords) {
-    Fail("byte " + std::to_string(nodes[kRecords].position) + ": " + nodes[kRecords].name +
-         " doesn't belong behind the signature");
+  constexpr int kRecords = 4;
+  MemoryBytes bytes(data);
+  RunReader reader(bytes, RunKind::Response);
+  Record record;
+  for (int count = 0; reader.Next(record); ++count) {
+    if (count == kRecords) {
+      Fail("byte " + std::to_string(record.position) + ": " + std::string(record.name) +
+           " doesn't belong behind the signature");
+    }
   }
   if (booking.ZelRespSeqNr() <= VnZEL10cmn::Currency()) Fail("the sequence number is 0");
   result.taxpayerId = booking.ZelRespTpID();
@@ -108,42 +138,53 @@ void CheckResponse(const ByteArray& data, clsZelTransAct& booking, Verification&
   result.sequenceNumber = FormatDecimal(booking.ZelRespSeqNr(), 0);
 }
 
-/// The readers of reports and data records take records in any order, and twice.
-std::vector<Node> ReadEachOnce(const ByteArray& data, RunKind kind) {
-  std::vector<Node> nodes = ReadRun(data, kind).nodes;
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    for (std::size_t before = 0; before < i; ++before) {
-      if (nodes[before].tag == nodes[i].tag) {
-        Fail("byte " + std::to_string(nodes[i].position) + ": " + nodes[i].name + " occurs twice");
+/// The readers of reports and data records take records in any order, and twice. Of each tag there is one record then.
+std::vector<Record> ReadEachOnce(const ByteArray& data, RunKind kind) {
+  MemoryBytes bytes(data);
+  RunReader reader(bytes, kind);
+  std::vector<Record> records;
+  Record record;
+  while (reader.Next(record)) {
+    for (const Record& before : records) {
+      if (before.tag == record.tag) {
+        Fail("byte " + std::to_string(record.position) + ": " + std::string(record.name) + " occurs twice");
       }
     }
+    records.push_back(record);
   }
-  return nodes;
+  return records;
+}
+
+bool Has(const std::vector<Record>& records, ZelTags tag) {
+  return std::any_of(records.begin(), records.end(),
+                     [tag](const Record& record) { return record.tag == tag; });
 }
 
 /// What the report's request holds of its items' hash, as Base64; empty when it holds none.
 std::string HashIn(const ByteArray& request) {
-  const std::vector<Node> nodes = ReadRun(request, RunKind::ReportRequest).nodes;
-  const Node* const hash = FindRecord(nodes, ZelTags::Hash_Reprt_Items);
-  return hash == nullptr ? std::string() : hash->value;
+  MemoryBytes bytes(request);
+  const std::optional<Record> hash = FindRecord(bytes, RunKind::ReportRequest, ZelTags::Hash_Reprt_Items);
+  return hash ? hash->value : std::string();
 }
 
-void CheckReportItemHash(const Document& document, clsZelItemList& items) {
+void CheckReportItemHash(const Document& document) {
   const std::string hash = HashIn(document.request);
   if (!document.items) {
     if (!hash.empty()) Fail("the request holds " + hash + ", but the document has no items");
     return;
   }
   if (hash.empty()) Fail("the document has items, but the request holds no hash of them");
-  CheckItemHash(hash, items);
+  CheckItemHash(hash, *document.items);
 }
 
 /// Builds the request anew from what it says. A deactivation and an unsigned report look like a closing without
 /// items.
 void CheckReportRequest(const Document& document, const clsZelReport& report) {
   ExpectDated(report.ReportDate(), "the report");
-  const std::vector<Node> nodes = ReadRun(document.request, RunKind::ReportRequest).nodes;
-  const auto has = [&nodes](ZelTags tag) { return FindRecord(nodes, tag) != nullptr; };
+  MemoryBytes bytes(document.request);
+  const auto has = [&bytes](ZelTags tag) {
+    return FindRecord(bytes, RunKind::ReportRequest, tag).has_value();
+  };
   const ZelReportType type = has(ZelTags::Transport_Pin) ? ZelReportType::ActivateZEL
                              : has(ZelTags::Month_Start) ? ZelReportType::Span
                                                          : ZelReportType::Signed;
@@ -153,11 +194,13 @@ void CheckReportRequest(const Document& document, const clsZelReport& report) {
   rebuilt.SpanMonthUpTo(report.SpanMonthUpTo());
   rebuilt.TransportPIN(report.TransportPIN());
   rebuilt.UseSHA256(IsSha256(HashIn(document.request)));
-  if (document.items && !rebuilt.BinaryDataSet(ZELSerialType::ItemList, *document.items, 0)) {
-    Fail(Describe(rebuilt.ErrorObject()));
-  }
+  // Of the items the request holds the hash alone.
+  if (document.items && !rebuilt.AddItem(std::make_shared<SumItem>())) Fail(Describe(rebuilt.ErrorObject()));
   ByteArray request;
   if (!rebuilt.BinaryDataGet(ZELSerialType::Request, request, 0, type)) Fail(Describe(rebuilt.ErrorObject()));
+  if (document.items) {
+    SetHash(request, RunKind::ReportRequest, ZelTags::Hash_Reprt_Items, HashIn(document.request));
+  }
   ExpectRequest(document.request, request, RunKind::ReportRequest);
 }
 
@@ -171,26 +214,25 @@ void CheckReportResponse(const ByteArray& data, clsZelReport& report, Verificati
 
 /// The hash stands behind date and time, where there are any.
 void CheckDataRequest(const ByteArray& data, const clsZelTransActData& record) {
-  const std::vector<Node> nodes = ReadEachOnce(data, RunKind::DataRequest);
-  const bool isTimed = FindRecord(nodes, ZelTags::tDate) != nullptr;
+  const std::vector<Record> records = ReadEachOnce(data, RunKind::DataRequest);
+  const bool isTimed = Has(records, ZelTags::tDate);
   const std::vector<ZelTags> expected =
       isTimed ? std::vector{ZelTags::tDate, ZelTags::tTime, ZelTags::Hash_Trans_Items}
               : std::vector{ZelTags::Hash_Trans_Items};
-  for (std::size_t i = 0; i < std::max(nodes.size(), expected.size()); ++i) {
+  for (std::size_t i = 0; i < std::max(records.size(), expected.size()); ++i) {
     if (i >= expected.size()) {
-      Fail("byte " + std::to_string(nodes[i].position) + ": " + nodes[i].name + " doesn't belong there");
+      Fail("byte " + std::to_string(records[i].position) + ": " + std::string(records[i].name) +
+           " doesn't belong there");
     }
-    const auto tag = static_cast<std::uint8_t>(expected[i]);
-    if (i >= nodes.size() || nodes[i].tag != tag) Fail(std::string(*TagName(tag)) + " is missing");
+    if (i >= records.size() || records[i].tag != expected[i]) Fail(NameOf(expected[i]) + " is missing");
   }
   if (isTimed) ExpectDated(record.TransactionDate(), "the data record");
 }
 
 void CheckData(const std::string& data, const clsZelTransActData& record) {
-  const auto* const bytes = reinterpret_cast<const std::uint8_t*>(data.data());
   clsZelTransActData rebuilt;
   rebuilt.UseSHA256(IsSha256(record.DataHash()));
-  if (!rebuilt.BinaryDataSet(ZELSerialType::BinaryData, ByteArray(std::span(bytes, data.size())), 0)) {
+  if (!rebuilt.BinaryDataSet(ZELSerialType::BinaryData, ByteArray(BytesOf(data)), 0)) {
     Fail(Describe(rebuilt.ErrorObject()));
   }
   if (rebuilt.DataHash() != record.DataHash()) {
@@ -200,11 +242,9 @@ void CheckData(const std::string& data, const clsZelTransActData& record) {
 
 void CheckDataResponse(const ByteArray& data, clsZelTransActData& record, Verification& result) {
   Take(data, RunKind::DataResponse, ZELSerialType::Response, record);
-  const std::vector<Node> nodes = ReadEachOnce(data, RunKind::DataResponse);
+  const std::vector<Record> records = ReadEachOnce(data, RunKind::DataResponse);
   for (const ZelTags tag : {ZelTags::Seq_Nr_Trans, ZelTags::Signature}) {
-    if (FindRecord(nodes, tag) == nullptr) {
-      Fail(std::string(*TagName(static_cast<std::uint8_t>(tag))) + " is missing");
-    }
+    if (!Has(records, tag)) Fail(NameOf(tag) + " is missing");
   }
   if (record.ZelRespSeqNr() <= VnZEL10cmn::Currency()) Fail("the sequence number is 0");
   if (!record.ZelRespTpID().empty()) {
@@ -261,26 +301,24 @@ std::string_view CheckName(Check check) {
 namespace {
 
 void VerifyBooking(const Document& document, const softdevice::PublicKey& publicKey, Verification& result) {
-  clsZelItemList items;
   clsZelTransAct booking;
   static_cast<void>(
-      Passes(result, Check::Items, [&] { CheckItems(*document.items, items); }) &&
+      Passes(result, Check::Items, [&] { CheckItems(*document.items); }) &&
       Holds(result, Check::Request,
             [&] { Take(document.request, RunKind::Request, ZELSerialType::Request, booking); }) &&
-      Passes(result, Check::ItemHash, [&] { CheckItemHash(booking.ItemHash(), items); }) &&
+      Passes(result, Check::ItemHash, [&] { CheckItemHash(booking.ItemHash(), *document.items); }) &&
       Passes(result, Check::Request, [&] { CheckRequest(document, booking); }) &&
       Passes(result, Check::Response, [&] { CheckResponse(document.response, booking, result); }) &&
       Passes(result, Check::Signature, [&] { CheckSignature(document, publicKey); }));
 }
 
 void VerifyReport(const Document& document, const softdevice::PublicKey& publicKey, Verification& result) {
-  clsZelItemList items;
   clsZelReport report;
   static_cast<void>(
-      (!document.items || Passes(result, Check::Items, [&] { CheckItems(*document.items, items); })) &&
+      (!document.items || Passes(result, Check::Items, [&] { CheckItems(*document.items); })) &&
       Holds(result, Check::Request,
             [&] { Take(document.request, RunKind::ReportRequest, ZELSerialType::Request, report); }) &&
-      Passes(result, Check::ItemHash, [&] { CheckReportItemHash(document, items); }) &&
+      Passes(result, Check::ItemHash, [&] { CheckReportItemHash(document); }) &&
       Passes(result, Check::Request, [&] { CheckReportRequest(document, report); }) &&
       Passes(result, Check::Response, [&] { CheckReportResponse(document.response, report, result); }) &&
       Passes(result, Check::Signature, [&] { CheckSignature(document, publicKey); }));
@@ -333,23 +371,32 @@ std::string DescribeSigned(const Verification& verification) {
          ", device " + verification.runningNumber;
 }
 
-nlohmann::ordered_json VerificationToJson(const Verification& verification) {
-  using Json = nlohmann::ordered_json;
-  Json root = {{"ok", verification.IsRight()}};
-  Json& passed = root["passed"] = Json::array();
-  for (const Check check : verification.passed)
-    passed.push_back(CheckName(check));
-  root["failed"] = verification.failed ? Json(CheckName(*verification.failed)) : Json();
-  root["reason"] = verification.failed ? Json(verification.reason) : Json();
-  if (!verification.sequenceNumber.empty()) {
-    if (!verification.taxpayerId.empty()) {
-      root["taxpayerId"] = verification.taxpayerId;
-      root["runningNumber"] = std::stoull(verification.runningNumber);
-    }
-    const bool isReport = verification.kind == DocumentKind::Report;
-    root[isReport ? "reportNumber" : "sequenceNumber"] = std::stoull(verification.sequenceNumber);
+void WriteVerification(const Verification& verification, JsonWriter& json) {
+  json.Member("ok", verification.IsRight());
+  json.Key("passed");
+  json.BeginArray();
+  for (const Check check : verification.passed) {
+    json.String(CheckName(check));
   }
-  return root;
+  json.EndArray();
+  if (verification.failed) {
+    json.Member("failed", CheckName(*verification.failed));
+    json.Member("reason", verification.reason);
+  } else {
+    json.Key("failed");
+    json.Null();
+    json.Key("reason");
+    json.Null();
+  }
+  if (verification.sequenceNumber.empty()) return;
+  if (!verification.taxpayerId.empty()) {
+    json.Member("taxpayerId", verification.taxpayerId);
+    json.Key("runningNumber");
+    json.Digits(verification.runningNumber);
+  }
+  const bool isReport = verification.kind == DocumentKind::Report;
+  json.Key(isReport ? "reportNumber" : "sequenceNumber");
+  json.Digits(verification.sequenceNumber);
 }
 
 }  // namespace zel

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -9,6 +8,7 @@
 
 #include "softdevice/Verify.h"
 #include "tools/Document.h"
+#include "tools/JsonWriter.h"
 
 /// Whether the parts of a signed booking's, report's or data record's document belong together.
 namespace zel {
@@ -37,7 +37,7 @@ struct Verification {
 
 /// Checks a document against the public key of the device that signed it, and stops at the first thing that
 /// is not right:
-/// - Document: the elements are there, once each, and hold Base64 text;
+/// - Document: the elements are there, once each, and hold Base64 text; none of another kind of document is;
 /// - Items: the item list can be read, and is written as a till writes it; of a report only where it has one;
 /// - ItemHash: the hash in the request, which must be readable for that, is that of the item list;
 /// - Request: it is, byte by byte, what a till makes of these items, date, operator, currency and flags, with
@@ -53,7 +53,7 @@ Verification VerifyDocument(std::string_view xml, const softdevice::PublicKey& p
 /// "booking 1 of taxpayer X, device 1": what a document that is right holds.
 std::string DescribeSigned(const Verification& verification);
 
-/// An object for programs.
-nlohmann::ordered_json VerificationToJson(const Verification& verification);
+/// The members of an object for programs.
+void WriteVerification(const Verification& verification, JsonWriter& json);
 
 }  // namespace zel

@@ -9,6 +9,7 @@
 #include "tools/Commands.h"
 #include "tools/Console.h"
 #include "tools/ExitStatus.h"
+#include "tools/Text.h"
 
 namespace {
 
@@ -347,10 +348,10 @@ int Run(int argc, char** argv) {
     zel::Print(std::string(version.what()) + "\n");
   } catch (const CLI::ParseError& error) {
     const auto chosen = app.get_subcommands();
-    std::string reason = error.what();
+    std::string reason = zel::Shown(error.what());
     if (chosen.empty()) {
       const std::string word = argc > 1 ? argv[1] : "";
-      reason = word.empty() ? "name a command" : "there is no command or option '" + word + "'";
+      reason = word.empty() ? "name a command" : "there is no command or option '" + zel::Shown(word) + "'";
     }
     zel::Say(reason + " (see zel " + CommandLine(app) + "--help)");
     return static_cast<int>(ExitStatus::Usage);

@@ -16,11 +16,13 @@ class SharedObject : public VnObject, public std::enable_shared_from_this<Class>
  protected:
   using VnObject::VnObject;
 
+  /// `VnObject::Run` of an object that stays.
   template <class Body>
   bool Run(std::string_view operation, Body&& body, Logging logging = Logging::Failures) {
     return RunFor<bool>(operation, std::forward<Body>(body), logging);
   }
 
+  /// `VnObject::RunFor` of an object that stays.
   template <class Result, class Body>
   Result RunFor(std::string_view operation, Body&& body, Logging logging = Logging::Failures) {
     const std::shared_ptr<Class> alive = this->weak_from_this().lock();

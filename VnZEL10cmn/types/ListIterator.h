@@ -18,11 +18,13 @@ namespace VnZEL10cmn {
 template <class Element>
 class ListIterator {
  public:
+  /// @{ What the standard library asks of an iterator.
   using iterator_category = std::input_iterator_tag;
   using value_type = std::shared_ptr<Element>;
   using difference_type = std::ptrdiff_t;
   using pointer = const value_type*;
   using reference = const value_type&;
+  /// @}
 
   /// A place in a list. Not for hosts.
   struct Place {
@@ -49,15 +51,20 @@ class ListIterator {
     Find();
   }
 
+  /// The element.
   reference operator*() const& noexcept { return element_; }
+  /// The element of a temporary iterator, as a copy that the caller keeps.
   value_type operator*() && noexcept { return std::move(element_); }
+  /// The element.
   pointer operator->() const noexcept { return &element_; }
+  /// Goes to the next element that is still there.
   ListIterator& operator++() {
     ++place_.ticket;
     ++place_.slot;
     Find();
     return *this;
   }
+  /// The same; returns where it was.
   ListIterator operator++(int) {
     ListIterator before = *this;
     ++*this;

@@ -41,15 +41,19 @@ class ObjectNotSet : public std::logic_error {
 
 // The library raises its run-time faults by these functions only, so that the texts are those of the table.
 
+/// Throws std::overflow_error with its text.
 [[noreturn]] inline void ThrowOverflow() {
   throw std::overflow_error(std::string(RunTimeText(RunTimeNumber::Overflow)));
 }
+/// Throws std::out_of_range with its text.
 [[noreturn]] inline void ThrowOutOfRange() {
   throw std::out_of_range(std::string(RunTimeText(RunTimeNumber::OutOfRange)));
 }
+/// Throws std::invalid_argument with its text.
 [[noreturn]] inline void ThrowTypeMismatch() {
   throw std::invalid_argument(std::string(RunTimeText(RunTimeNumber::TypeMismatch)));
 }
+/// Throws ObjectNotSet.
 [[noreturn]] inline void ThrowObjectNotSet() { throw ObjectNotSet(); }
 
 }  // namespace VnZEL10cmn::internal

@@ -159,19 +159,26 @@ std::string Upper(std::string_view text) {
 
 std::vector<std::string> SplitLines(std::string_view text) {
   text = text.substr(0, text.find_last_not_of('\0') + 1);
-  std::vector<std::string> lines(1);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    // A NUL counts as a line feed, also behind a carriage return.
-    if (c == '\r' && i + 1 < text.size() && (text[i + 1] == '\n' || text[i + 1] == '\0')) {
-      continue;
-    }
-    if (c == '\r' || c == '\n' || c == '\0') {
-      lines.emplace_back();
-    } else {
-      lines.back().push_back(c);
+  // A NUL counts as a line feed, also behind a carriage return.
+  const auto isFeed = [text](std::size_t at) {
+    return at < text.size() && (text[at] == '\n' || text[at] == '\0');
+  };
+  const auto isEnd = [&](std::size_t at) { return isFeed(at) || (text[at] == '\r' && !isFeed(at + 1)); };
+  std::size_t ends = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    ends += isEnd(at) ? 1 : 0;
+  }
+  std::vector<std::string> lines;
+  lines.reserve(ends + 1);
+  std::size_t start = 0;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (isEnd(at)) {
+      const bool isPair = isFeed(at) && at > start && text[at - 1] == '\r';
+      lines.emplace_back(text.substr(start, at - start - (isPair ? 1 : 0)));
+      start = at + 1;
     }
   }
+  lines.emplace_back(text.substr(start));
   return lines;
 }
 

@@ -103,13 +103,12 @@ bool IsData(Command command) {
 
 bool IsShown(Command command) { return command == Command::ReportUnsigned || command == Command::ReportSpan; }
 
-/// Whether a date or month lies before the year 1000. The device takes it for one that exists; the library reads
-/// numbers without their leading zeros, and such a year for none.
-bool HasEarlyYear(Bytes request) {
+/// Whether a month lies before the year 1000. The device takes it for one that exists; the library reads numbers
+/// without their leading zeros, and such a year for none.
+bool HasEarlyMonth(Bytes request) {
   constexpr std::size_t kHead = 2;
   while (request.size() > kHead) {
-    const bool isDate = request[0] == 205 || request[0] == 208 || request[0] == 209;
-    if (isDate && request[kHead] < 0x10) {
+    if ((request[0] == 208 || request[0] == 209) && request[kHead] < 0x10) {
       return true;
     }
     request = request.subspan(std::min(request.size(), kHead + request[1]));
@@ -124,7 +123,7 @@ void CheckDocument(const softdevice::Device& device, const softdevice::PublicKey
   constexpr auto kResponse = VnZEL10cmn::ZELSerialType::Response;
   const VnZEL10cmn::ByteArray requestArray(request);
   const VnZEL10cmn::ByteArray responseArray(response);
-  const bool isReadable = !HasEarlyYear(request);
+  const bool isReadable = !HasEarlyMonth(request);
   if (command == Command::SignBooking) {
     FUZZ_CHECK(softdevice::VerifyBooking(request, response, key).ok);
     VnZEL10cmn::clsZelTransAct booking;

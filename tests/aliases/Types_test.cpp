@@ -16,12 +16,13 @@ using VnZEL10cmn::Currency;
 
 TEST(Amount, AddsAndSubtractsItself) {
   Currency amount = Currency::FromScaled(12345);
-  amount += amount;
+  const Currency& same = amount;
+  amount += same;
   EXPECT_EQ(amount.Scaled(), 24690);
-  amount -= amount;
+  amount -= same;
   EXPECT_EQ(amount.Scaled(), 0);
   amount = Currency::FromScaled(std::numeric_limits<std::int64_t>::max());
-  EXPECT_THROW(amount += amount, std::overflow_error);
+  EXPECT_THROW(amount += same, std::overflow_error);
   EXPECT_EQ(amount.Scaled(), std::numeric_limits<std::int64_t>::max());
 }
 

@@ -387,9 +387,9 @@ TEST(TransActImportFailure, ItemListThatCannotBeDecoded) {
   // The reason comes first, what the caller sees last.
   EXPECT_EQ(test::LogSources(log), (std::vector<std::string>{"clsZelItemCash", "clsZelItemList",
                                                              "clsZelTransAct", "clsZelTransAct"}));
-  EXPECT_EQ(log.Functions(),
-            (std::vector<std::string>{"BinaryDataSet", "BinaryDataSet",
-                                      "DecodeItems.[mObjItemList.BinaryDataSet]", "DecodeXML.[BinaryDataSet]"}));
+  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"BinaryDataSet", "BinaryDataSet",
+                                                       "DecodeItems.[mObjItemList.BinaryDataSet]",
+                                                       "DecodeXML.[BinaryDataSet]"}));
 }
 
 // Damage: the request

@@ -54,7 +54,7 @@ class HostItem : public IVnLogItem {
 
 class FaultyItem : public IVnLogItem {
  public:
-  std::string GetLogEntry() override { throw std::runtime_error("Ungültiger Prozeduraufruf oder ungültiges Argument"); }
+  std::string GetLogEntry() override { throw std::runtime_error("entry failed"); }
 };
 
 clsVnError& ErrorOf(clsVnLogFile& file) { return LogFileAccess::ErrorObject(file); }

@@ -83,7 +83,7 @@ TEST(WithoutRandomness, AFailureIsLoggedAsEver) {
   EXPECT_EQ(log.Numbers(), std::vector<std::string>{"9303"});
 }
 
-TEST(WithoutRandomness, AnItemHasNoInstanceIdAndNeverGetsAnother) {
+TEST(WithoutRandomness, AnItemKeepsTheEmptyInstanceIdThatItGaveOut) {
   clsZelItemCash item;
   {
     const Exhausted exhausted;

@@ -77,7 +77,7 @@ class HostFactory : public clsZelListItemFact {
     sawNoErrorObject = sawNoErrorObject && ErrObj == nullptr;
     switch (mode_) {
       case Mode::None: return nullptr;
-      case Mode::Throws: throw std::runtime_error("Ungültiger Prozeduraufruf oder ungültiges Argument");
+      case Mode::Throws: throw std::runtime_error("Fabrik gestört");
       case Mode::OutOfMemory: throw std::bad_alloc();
       case Mode::SameEachTime: return same_;
       case Mode::New:

@@ -409,7 +409,8 @@ TEST(ReportImportFailure, ResponseThatCannotBeDecoded) {
       report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("CC 01 07 C4 00"))),
       ZELErrorCodes::Err_Ser_Failed, "DecodeXML.DecodeResp", "Dekodieren der Antwortdaten fehlgeschlagen!");
   EXPECT_EQ(report.SequenceNbr(), Currency(7));
-  EXPECT_EQ(log.Functions(), (std::vector<std::string>{"GetZelTpID", "DecodeResp.[GetZelTpID]", "DecodeXML.DecodeResp"}));
+  EXPECT_EQ(log.Functions(),
+            (std::vector<std::string>{"GetZelTpID", "DecodeResp.[GetZelTpID]", "DecodeXML.DecodeResp"}));
   // Also where the response holds a record that has no place there.
   ExpectImportFailure(
       report, Document(ItemsElement() + RequestElement() + ResponseElement(test::Base64("C6 01 41"))),

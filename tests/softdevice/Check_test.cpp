@@ -326,6 +326,57 @@ TEST_F(Damaged, FilesAreNotSignedOn) {
   }
 }
 
+TEST_F(Damaged, KeysAreNotSignedWith) {
+  MakeDevice();
+  const std::string publicKey = Device::Open(File()).PublicKeyPem();
+  const std::string good = Read();
+  int refused = 0;
+  // A letter of Base64 for another one, from the first line of the key to the last.
+  for (int position = 29; position < 220; position += 3) {
+    Write(good);
+    const std::string letter = "substr(private_key, " + std::to_string(position) + ", 1)";
+    RunSqlAndSeal("UPDATE device SET private_key = substr(private_key, 1, " + std::to_string(position - 1) +
+                  ") || CASE " + letter + " WHEN 'A' THEN 'B' ELSE 'A' END || substr(private_key, " +
+                  std::to_string(position + 1) + ")");
+    if (const std::string error = ErrorOfOpening(); !error.empty()) {
+      ++refused;
+      continue;
+    }
+    // Only a letter that says nothing of the key.
+    Device device = Device::Open(File());
+    const Bytes response = Accepted(device, Command::SignBooking, kBooking);
+    EXPECT_TRUE(VerifyBooking(Hex(kBooking), response, publicKey).ok) << position;
+  }
+  EXPECT_GT(refused, 50);
+}
+
+TEST_F(Damaged, FreePagesAreNotWrittenOn) {
+  MakeDevice();
+  const std::string good = Read();
+  Device device = Device::Open(File());
+  // The list of free pages begins with a page in use, and has one page.
+  for (std::uint8_t page = 2; page <= 5; ++page) {
+    std::string content = good;
+    content.replace(32, 8, std::string({0, 0, 0, static_cast<char>(page), 0, 0, 0, 1}));
+    Write(content);
+    const Answer answer = device.Execute(Command::SignBooking, Hex(kBooking));
+    EXPECT_EQ(answer.code, RefusalCode::Storage);
+    EXPECT_NE(answer.reason.find("it is damaged ("), std::string::npos) << answer.reason;
+    EXPECT_EQ(Read(), content);
+  }
+}
+
+TEST_F(Damaged, FilesAreNotThoseWithFreePages) {
+  MakeDevice();
+  RunSql("CREATE TABLE more (content BLOB); INSERT INTO more VALUES (zeroblob(20000)); DROP TABLE more");
+  EXPECT_TRUE(Check().IsRight());
+  Device device = Device::Open(File());
+  for (int i = 0; i < 100; ++i) {
+    Accepted(device, Command::SignBooking, kBooking);
+  }
+  EXPECT_TRUE(Check().IsRight());
+}
+
 TEST_F(Damaged, FilesThatTookTheirDevicesBackAreNoticed) {
   MakeDevice();
   const std::string older = Read();

@@ -282,7 +282,8 @@ class DamagedFile {
   std::string UnreadRecords(const Device& device, std::size_t version) const {
     std::string unread;
     for (std::size_t i = 0; i <= version; ++i) {
-      const auto& [isReport, content] = records_[i];
+      const bool isReport = records_[i].isReport;
+      const SignedRequest& content = records_[i].content;
       const std::uint32_t number = content.sequenceNumber;
       const std::string result = Reading([&]() -> std::string {
         const std::optional<SignedRequest> found = isReport ? device.FindReport(number) : device.Find(number);

@@ -123,6 +123,15 @@ TEST(TextProperties, Utf16IsWrittenBackAsTheSameUtf8) {
   }));
 }
 
+TEST(SplitLines, TakesNoMoreMemoryThanTheLinesThemselves) {
+  const std::vector<std::string> lines =
+      SplitLines(std::string(1000, '\n') + std::string(100, 'a') + "\r\nb\rc");
+  ASSERT_EQ(lines.size(), 1003U);
+  EXPECT_EQ(lines.capacity(), lines.size());
+  EXPECT_EQ(lines[1000], std::string(100, 'a'));
+  EXPECT_EQ(lines[1000].capacity(), 100U);
+}
+
 TEST(TextProperties, AnyBytesAreReadToTheirEnd) {
   EXPECT_TRUE(rc::check("random bytes", [](const std::vector<std::uint8_t>& bytes, std::size_t units) {
     const std::string text(bytes.begin(), bytes.end());

@@ -19,7 +19,8 @@ namespace internal {
 std::shared_ptr<clsZelRprtPrint> CreateDefaultReportEngine();
 
 /// The engine's text of a report.
-std::string RenderReport(clsZelRprtPrint& engine, const std::shared_ptr<clsZelReport>& report, clsVnError* errors);
+std::string RenderReport(clsZelRprtPrint& engine, const std::shared_ptr<clsZelReport>& report,
+                         clsVnError* errors);
 
 }  // namespace internal
 }  // namespace VnZEL10cmn
