@@ -128,12 +128,20 @@ std::string ToText(const softdevice::CheckResult& result) {
 }
 
 std::string ToJson(const softdevice::CheckResult& result, const fs::path& path) {
-  const nlohmann::ordered_json root = {{"file", path.string()},
-                                       {"ok", result.IsRight()},
-                                       {"transactions", result.transactions},
-                                       {"reports", result.reports},
-                                       {"damages", result.damages}};
-  return root.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+  TextSink text;
+  JsonWriter json(text, JsonWriter::Layout::Indented);
+  json.BeginObject();
+  json.Member("file", path.string());
+  json.Member("ok", result.IsRight());
+  json.Member("transactions", result.transactions);
+  json.Member("reports", result.reports);
+  json.Key("damages");
+  json.BeginArray();
+  for (const std::string& damage : result.damages)
+    json.String(damage);
+  json.EndArray();
+  json.EndObject();
+  return text.Text() + "\n";
 }
 
 }  // namespace

@@ -235,9 +235,10 @@ void AddDevice(CLI::App& app, zel::DeviceInitOptions& init, std::optional<std::f
       "check", "Checks all that a device file holds: structure, state, totals, every record and signature");
   AddOptional(*check, "--device", device, "The device file", "FILE");
   check->add_flag("--json", json, "Write JSON for programs");
-  check->footer(std::string("\nWhat is damaged is named, a line for each, records with their numbers; status 1 "
-                            "then. Nothing is changed.\nOther processes may sign meanwhile.\n") +
-                kExamples + kDeviceFile + kStatuses);
+  check->footer(
+      std::string("\nWhat is damaged is named, a line for each, records with their numbers; status 1 "
+                  "then. Nothing is changed.\nOther processes may sign meanwhile.\n") +
+      kExamples + kDeviceFile + kStatuses);
   check->callback([&device, &json, &status] { status = zel::RunDeviceCheck(device, json); });
 }
 
