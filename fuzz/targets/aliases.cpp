@@ -285,7 +285,7 @@ class Player {
 
   /// Hands an item to a call: one of the caller's, none, or the place in a list where one stands.
   template <class Holder, class Call>
-  bool WithItem(const Holder& holder, Call call) {
+  bool WithItem(Holder& holder, Call call) {
     const std::uint8_t which = input_->Byte();
     if (which < 64) {
       return call(which < 32 ? std::shared_ptr<IVnZelItem>() : world_.items[which % world_.items.size()]);
