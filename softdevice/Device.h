@@ -44,14 +44,14 @@ enum class RefusalCode : std::uint8_t {
   UnexpectedRecord = 3,  ///< a record is unknown here, out of order, or given twice
   MissingRecord = 4,     ///< the request or a container ends before a mandatory record
   Length = 5,            ///< a record's value has a length that its tag doesn't allow
-  Value = 6,             ///< a record's value is wrongly coded or out of range
+  Value = 6,             ///< a record's value is wrongly coded or out of range, or the time can't be right
   CounterExhausted = 7,  ///< all 4,294,967,295 sequence or report numbers are used up
   Busy = 8,              ///< other processes kept the device file locked beyond `OpenOptions::busyTimeout`
-  Storage = 9,           ///< the device file can't be read or written: full disk, damage, lost permissions
-  Internal = 10,         ///< the signature couldn't be made, or memory ran out
-  LifeCycle = 11,        ///< the device isn't activated yet, is activated already, or is deactivated
-  WrongPin = 12,         ///< the transport PIN is wrong; an attempt is used up
-  PinLocked = 13         ///< the device can't be activated, as too many transport PINs were wrong
+  Storage = 9,     ///< the device file can't be read or written: full disk, damage, lost permissions or locks
+  Internal = 10,   ///< the signature couldn't be made, or doesn't verify, or memory ran out
+  LifeCycle = 11,  ///< the device isn't activated yet, is activated already, or is deactivated
+  WrongPin = 12,   ///< the transport PIN is wrong; an attempt is used up
+  PinLocked = 13   ///< the device can't be activated, as too many transport PINs were wrong
 };
 
 /// The name of a refusal code as it is written above, such as "MissingRecord".
@@ -140,8 +140,12 @@ class Device {
  public:
   /// Opens the device file at `path`, or makes it (`OpenOptions::create`) readable and writable for its owner
   /// only. Throws `DeviceError` when there is no such file, it is no device file, it or its folder can't be
-  /// used, or a new device's identity is not valid; nothing is changed or left behind then but possibly an
-  /// empty file. A file of an older version is brought up to date.
+  /// used, locks don't work there, a new device's identity is not valid, or the clock by which it would be
+  /// activated can't be right; nothing is changed or left behind then but possibly an empty file.
+  ///
+  /// Whether the file holds what was recorded is looked at as far as that doesn't take longer the more records
+  /// there are (`CheckDeviceFile` looks at everything); where it doesn't, `DeviceError` is thrown. A file of an
+  /// older version is checked completely and brought up to date.
   [[nodiscard]] static Device Open(const std::filesystem::path& path, const OpenOptions& options = {});
 
   Device(Device&&) noexcept;             ///< the source may only be destroyed or assigned to
@@ -150,7 +154,8 @@ class Device {
   Device& operator=(const Device&) = delete;
   ~Device();
 
-  /// Checks the request, does what it asks for, and records what was signed under the next number. Any bytes
+  /// Checks the request and its time, does what it asks for, and records what was signed under the next number,
+  /// once the signature verifies and the file holds what was built on and what was written. Any bytes
   /// end in an answer. When it is accepted it is on the disk already; when it is refused nothing is recorded
   /// but a wrong PIN, and no number is used (only where the storage fails so that even this can't be found
   /// out, the reason says so).
@@ -160,14 +165,15 @@ class Device {
   [[nodiscard]] Answer Activate(std::string_view transportPin = kDefaultTransportPin);
 
   /// The booking or data recorded under this sequence number, if any.
-  /// Throws `DeviceError` when the file can't be read.
+  /// Throws `DeviceError` when the file can't be read, or doesn't hold what was recorded.
   [[nodiscard]] std::optional<SignedRequest> Find(std::uint32_t sequenceNumber) const;
 
   /// The activation, closing or deactivation recorded under this report number, if any.
-  /// Throws `DeviceError` when the file can't be read.
+  /// Throws `DeviceError` when the file can't be read, or doesn't hold what was recorded.
   [[nodiscard]] std::optional<SignedRequest> FindReport(std::uint32_t reportNumber) const;
 
-  /// Life cycle and counters as they stand now. Throws `DeviceError` when the file can't be read.
+  /// Life cycle and counters as they stand now. Throws `DeviceError` when the file can't be read, or doesn't hold
+  /// what was recorded; so do all below.
   [[nodiscard]] DeviceState State() const;
 
   /// The last sequence number given, 0 when there is none yet.
