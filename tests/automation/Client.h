@@ -5,6 +5,7 @@
 // After windows.h.
 #include "VnZEL10cmn_automation.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstring>
@@ -142,6 +143,90 @@ std::wstring TextOf(Call&& call) {
   Text text;
   return SUCCEEDED(call(text.Place())) ? text.Value() : L"(failed)";
 }
+
+/// A run-time number as it is raised.
+constexpr HRESULT Raised(int number) {
+  return static_cast<HRESULT>(0x800A0000u + static_cast<unsigned>(number));
+}
+
+/// What the last failure left behind; empty where there is nothing. It is taken away.
+inline std::wstring Description() {
+  Ptr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Place()) != S_OK) return {};
+  return TextOf([&](BSTR* v) { return info->GetDescription(v); });
+}
+
+/// A variant that is cleared at the end; `Ref` is one that refers to it.
+class Var {
+ public:
+  Var() { VariantInit(&value_); }
+  Var(LONG number) : Var() {
+    value_.vt = VT_I4;
+    value_.lVal = number;
+  }
+  Var(const wchar_t* text) : Var() {
+    value_.vt = VT_BSTR;
+    value_.bstrVal = SysAllocString(text);
+  }
+  Var(IDispatch* object) : Var() {
+    value_.vt = VT_DISPATCH;
+    value_.pdispVal = object;
+    if (object != nullptr) object->AddRef();
+  }
+  ~Var() { VariantClear(&value_); }
+  Var(const Var&) = delete;
+  Var& operator=(const Var&) = delete;
+
+  VARIANT* operator->() { return &value_; }
+  VARIANT* Get() { return &value_; }
+  VARIANT Value() { return value_; }
+  VARIANT Ref() {
+    VARIANT reference;
+    VariantInit(&reference);
+    reference.vt = VT_BYREF | VT_VARIANT;
+    reference.pvarVal = &value_;
+    return reference;
+  }
+
+ private:
+  VARIANT value_;
+};
+
+/// Calls by name, as scripts do. `arguments` stand in the order in which they are written.
+class Late {
+ public:
+  explicit Late(IDispatch* object) : object_(object) {}
+
+  HRESULT Call(const wchar_t* name, std::vector<VARIANT> arguments, VARIANT* result = nullptr,
+               WORD kind = DISPATCH_METHOD) {
+    std::reverse(arguments.begin(), arguments.end());
+    DISPID put = DISPID_PROPERTYPUT;
+    const bool isPut = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    DISPPARAMS parameters{arguments.data(), isPut ? &put : nullptr, static_cast<UINT>(arguments.size()),
+                          isPut ? 1u : 0u};
+    EXCEPINFO exception{};
+    const HRESULT outcome = object_->Invoke(Id(name), IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                                            result, &exception, nullptr);
+    number = exception.scode;
+    description.assign(exception.bstrDescription, SysStringLen(exception.bstrDescription));
+    SysFreeString(exception.bstrDescription);
+    SysFreeString(exception.bstrSource);
+    return outcome;
+  }
+
+  DISPID Id(std::wstring name) {
+    LPOLESTR text = name.data();
+    DISPID id = DISPID_UNKNOWN;
+    object_->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id);
+    return id;
+  }
+
+  HRESULT number = S_OK;     ///< of the exception that the last call raised
+  std::wstring description;  ///< likewise
+
+ private:
+  IDispatch* object_;
+};
 
 /// Prints how many checks there were; the program's result.
 inline int Summary() {
