@@ -58,8 +58,7 @@ class ZelVatList final : public Object<VnZEL10cmn::clsZelVatList, _clsZelVatList
 
   AUTOMATION_FRAME
   HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override {
-    if (Value == nullptr) return E_POINTER;
-    return Guard([&] { *Value = Enumerate(It(), ObjectToVariant<clsZelVatItem>).Detach(); });
+    return GiveEnumerator(Value, ObjectToVariant<clsZelVatItem>);
   }
   AUTOMATION_READ(LONG, Count)
   HRESULT STDMETHODCALLTYPE get_VatItem(LONG Index, _clsZelVatItem** Value) override {
@@ -114,7 +113,7 @@ class ZelContainer final : public Object<clsZelContainer, _clsZelContainer> {
   }                                                                                                  \
   HRESULT STDMETHODCALLTYPE BinaryDataSet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start,     \
                                           VARIANT DataLen, VARIANT_BOOL* Success) override {         \
-    if (Start == nullptr) return E_POINTER;                                                          \
+    if (Start == nullptr) return Missing();                                                          \
     return Give(Success, [&] {                                                                       \
       return It().BinaryDataSet(FromCom(DataType), Bytes(Data), *Start, LengthIn(DataLen));          \
     });                                                                                              \
@@ -124,7 +123,7 @@ class ZelContainer final : public Object<clsZelContainer, _clsZelContainer> {
 #define AUTOMATION_BINARY_DATA_GET                                                               \
   HRESULT STDMETHODCALLTYPE BinaryDataGet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start, \
                                           LONG* DataLen, VARIANT_BOOL* Success) override {       \
-    if (Start == nullptr) return E_POINTER;                                                      \
+    if (Start == nullptr) return Missing();                                                      \
     return Call(                                                                                 \
         Success,                                                                                 \
         [&](auto& data, auto* length) {                                                          \
@@ -236,7 +235,7 @@ class ZelReport final : public Object<VnZEL10cmn::clsZelReport, _clsZelReport> {
   HRESULT STDMETHODCALLTYPE BinaryDataGet(ZELSerialType DataType, SAFEARRAY** Data, LONG* Start,
                                           ZelReportType ReportType, LONG* DataLen,
                                           VARIANT_BOOL* Success) override {
-    if (Start == nullptr) return E_POINTER;
+    if (Start == nullptr) return Missing();
     return Call(
         Success,
         [&](auto& data, auto* length) {

@@ -15,6 +15,8 @@ namespace automation {
 /// What `GetLinesOfString` fills.
 struct StringList {
   std::vector<std::string> texts;
+  auto begin() const noexcept { return texts.begin(); }
+  auto end() const noexcept { return texts.end(); }
 };
 
 /// Of a class of the library: its interface, name and identifier, and `Make`, a new COM object for an object.
@@ -77,7 +79,6 @@ inline void ToCom(const std::shared_ptr<VnZEL10cmn::IVnZelItem>& item, ::IVnZelI
 
 std::shared_ptr<VnZEL10cmn::clsVnError> FromCom(_clsVnError* object);
 std::shared_ptr<VnZEL10cmn::clsVnLogFile> FromCom(_clsVnLogFile* object);
-std::shared_ptr<StringList> FromCom(_clsVnStringList* object);
 std::shared_ptr<VnZEL10cmn::clsZelVatItem> FromCom(_clsZelVatItem* object);
 std::shared_ptr<VnZEL10cmn::clsZelVatList> FromCom(_clsZelVatList* object);
 std::shared_ptr<VnZEL10cmn::clsZelTransAct> FromCom(_clsZelTransAct* object);

@@ -67,6 +67,7 @@ ComPtr<Interface> Query(IUnknown* object, REFIID id) {
 class Bstr {
  public:
   explicit Bstr(BSTR text = nullptr) noexcept : text_(text) {}
+  Bstr(Bstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
   Bstr(const Bstr&) = delete;
   Bstr& operator=(const Bstr&) = delete;
   ~Bstr() { SysFreeString(text_); }
@@ -83,6 +84,7 @@ class Bstr {
 class SafeArray {
  public:
   explicit SafeArray(SAFEARRAY* array = nullptr) noexcept : array_(array) {}
+  SafeArray(SafeArray&& other) noexcept : array_(std::exchange(other.array_, nullptr)) {}
   SafeArray(const SafeArray&) = delete;
   SafeArray& operator=(const SafeArray&) = delete;
   ~SafeArray() {

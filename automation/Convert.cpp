@@ -40,7 +40,7 @@ template <class Element>
 class Locked {
  public:
   explicit Locked(SAFEARRAY* array) : array_(array) {
-    Require(SafeArrayAccessData(array, reinterpret_cast<void**>(&data_)));
+    RequireArray(SafeArrayAccessData(array, reinterpret_cast<void**>(&data_)));
   }
   ~Locked() { SafeArrayUnaccessData(array_); }
   Locked(const Locked&) = delete;
@@ -66,8 +66,8 @@ Array FromSafeArray(SAFEARRAY* array) {
   }
   LONG lower = 0;
   LONG upper = -1;
-  Require(SafeArrayGetLBound(array, 1, &lower));
-  Require(SafeArrayGetUBound(array, 1, &upper));
+  RequireArray(SafeArrayGetLBound(array, 1, &lower));
+  RequireArray(SafeArrayGetUBound(array, 1, &upper));
   Array result = Array::WithBounds(lower, upper);
   const Locked<typename Element::Type> locked(array);
   std::transform(locked.Data(), locked.Data() + result.size(), result.begin(), Element::From);
@@ -112,28 +112,52 @@ void ToCom(const ByteArray& value, SAFEARRAY** result) { *result = ToSafeArray(v
 
 void ToCom(const CurrencyArray& value, SAFEARRAY** result) { *result = ToSafeArray(value); }
 
+bool HasBounds(SAFEARRAY* array, LONG lower, LONG upper) {
+  LONG first = 0;
+  LONG last = 0;
+  return array != nullptr && SafeArrayGetDim(array) == 1 && SUCCEEDED(SafeArrayGetLBound(array, 1, &first)) &&
+         SUCCEEDED(SafeArrayGetUBound(array, 1, &last)) && first == lower && last == upper;
+}
+
+void RequireReplaceable(const SAFEARRAY* array) {
+  constexpr USHORT kFixed = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+  if (array != nullptr && ((array->fFeatures & kFixed) != 0 || array->cLocks != 0)) {
+    throw ComFailure(RunTimeNumber::FixedArray);
+  }
+}
+
+void Reference<BSTR>::Prepare() {
+  if (value_ != old_) ToCom(value_, changed_.Put());
+}
+
 void Reference<BSTR>::Store() {
-  if (value_ == old_) return;
-  Bstr changed;
-  ToCom(value_, changed.Put());
+  if (changed_.Get() == nullptr) return;
   SysFreeString(*place_);
-  *place_ = changed.Detach();
+  *place_ = changed_.Detach();
 }
 
 template <class Array>
 ArrayReference<Array>::ArrayReference(SAFEARRAY** place)
     : place_(place), value_(FromSafeArray<Array>(*place)), old_(value_) {}
 
+// The array in the caller's variable may be another one by now: a host's object was called perhaps.
+
+template <class Array>
+void ArrayReference<Array>::Prepare() {
+  if (value_ == old_ || HasBounds(*place_, value_.LBound(), value_.UBound())) return;
+  RequireReplaceable(*place_);
+  *changed_.Put() = ToSafeArray(value_);
+}
+
 template <class Array>
 void ArrayReference<Array>::Store() {
   if (value_ == old_) return;
-  if (*place_ != nullptr && value_.LBound() == old_.LBound() && value_.UBound() == old_.UBound()) {
+  if (changed_.Get() == nullptr) {
     Fill(value_, *place_);
     return;
   }
-  SafeArray changed(ToSafeArray(value_));
-  if (*place_ != nullptr && FAILED(SafeArrayDestroy(*place_))) throw ComFailure(RunTimeNumber::FixedArray);
-  *place_ = changed.Detach();
+  if (*place_ != nullptr) RequireArray(SafeArrayDestroy(*place_));
+  *place_ = changed_.Detach();
 }
 
 template class ArrayReference<ByteArray>;

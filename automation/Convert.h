@@ -104,13 +104,22 @@ void ToCom(typename NativeEnum<Enumeration>::Type value, Enumeration* result) {
   *result = static_cast<Enumeration>(value);
 }
 
-/// An argument by reference: its value for the library, which is stored again where the library changed it.
+/// Whether the array has these bounds, so that other elements can be written where the old ones are.
+bool HasBounds(SAFEARRAY* array, LONG lower, LONG upper);
+
+/// Throws `ComFailure` (FixedArray) where the array can't be given up for another one: its caller locked it, or it has
+/// a fixed size, as those that Visual Basic keeps on the stack, in a module or in a structure. No array is none of these.
+void RequireReplaceable(const SAFEARRAY* array);
+
+/// An argument by reference: its value for the library, which is stored again where the library changed it. `Prepare`
+/// does what can fail.
 template <class Com>
 class Reference {
  public:
   explicit Reference(Com* place) : place_(place), value_(FromCom(*place)) {}
 
   auto& Value() { return value_; }
+  void Prepare() {}
   void Store() { ToCom(value_, place_); }
 
  private:
@@ -124,27 +133,31 @@ class Reference<BSTR> {
   explicit Reference(BSTR* place) : place_(place), value_(FromCom(*place)), old_(value_) {}
 
   std::string& Value() { return value_; }
+  void Prepare();
   void Store();
 
  private:
   BSTR* place_;
   std::string value_;
   std::string old_;
+  Bstr changed_;
 };
 
-/// Arrays keep their place and memory where their bounds stay.
+/// Arrays keep their place and memory where their bounds stay; where they change an array of a fixed size is refused.
 template <class Array>
 class ArrayReference {
  public:
   explicit ArrayReference(SAFEARRAY** place);
 
   Array& Value() { return value_; }
+  void Prepare();
   void Store();
 
  private:
   SAFEARRAY** place_;
   Array value_;
   Array old_;
+  SafeArray changed_;
 };
 
 template <>
@@ -169,6 +182,9 @@ class OptionalReference {
   }
 
   auto* Value() { return reference_ ? &reference_->Value() : nullptr; }
+  void Prepare() {
+    if (reference_) reference_->Prepare();
+  }
   void Store() {
     if (reference_) reference_->Store();
   }

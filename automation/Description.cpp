@@ -1,6 +1,6 @@
 #include "automation/Description.h"
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <deque>
 #include <map>
@@ -8,9 +8,11 @@
 #include <mutex>
 #include <string>
 
+#include "automation/Arrays.h"
 #include "automation/Convert.h"
 #include "automation/Failure.h"
 #include "automation/Module.h"
+#include "automation/Scripted.h"
 
 namespace automation {
 
@@ -22,76 +24,22 @@ struct LessId {
 
 bool IsObject(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
 
+bool IsObjectOrNone(VARTYPE type) {
+  return IsObject(type & static_cast<VARTYPE>(~VT_BYREF)) || type == VT_EMPTY || type == VT_NULL;
+}
+
 /// The variant that is meant where one stands for another.
-VARIANT& Meant(VARIANT& value) { return value.vt == (VT_BYREF | VT_VARIANT) ? *value.pvarVal : value; }
+VARIANT& Meant(VARIANT& value) {
+  VARIANT* meant = &value;
+  while (meant->vt == (VT_BYREF | VT_VARIANT)) {
+    meant = meant->pvarVal;
+  }
+  return *meant;
+}
 
 bool IsLeftOut(VARIANT& argument) {
   const VARIANT& meant = Meant(argument);
   return meant.vt == VT_ERROR && meant.scode == DISP_E_PARAMNOTFOUND;
-}
-
-/// A new array of bytes out of an array of variants that hold bytes.
-SAFEARRAY* BytesOfVariants(SAFEARRAY* variants, LCID locale) {
-  if (SafeArrayGetDim(variants) != 1) throw ComFailure(DISP_E_TYPEMISMATCH);
-  LONG lower = 0;
-  LONG upper = -1;
-  Require(SafeArrayGetLBound(variants, 1, &lower));
-  Require(SafeArrayGetUBound(variants, 1, &upper));
-  VnZEL10cmn::ByteArray bytes = VnZEL10cmn::ByteArray::WithBounds(lower, upper);
-  for (LONG i = lower; i <= upper; ++i) {
-    Variant element;
-    Require(SafeArrayGetElement(variants, &i, element.Get()));
-    Require(VariantChangeTypeEx(element.Get(), element.Get(), locale, 0, VT_UI1));
-    bytes[i] = element->bVal;
-  }
-  SAFEARRAY* result = nullptr;
-  ToCom(bytes, &result);
-  return result;
-}
-
-/// Reads a member of an object by its name.
-void ReadMember(IDispatch* object, std::wstring name, Variant& value) {
-  LPOLESTR text = name.data();
-  DISPID id = 0;
-  DISPPARAMS none{};
-  Require(object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_NEUTRAL, &id));
-  Require(object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, value.Get(), nullptr,
-                         nullptr));
-}
-
-/// A new array of bytes out of a list object, as some languages have them for arrays: its length and its elements are
-/// members.
-SAFEARRAY* BytesOfList(IDispatch* list, LCID locale) {
-  Variant length;
-  ReadMember(list, L"length", length);
-  Require(VariantChangeTypeEx(length.Get(), length.Get(), locale, 0, VT_I4));
-  VnZEL10cmn::ByteArray bytes = VnZEL10cmn::ByteArray::WithBounds(0, length->lVal - 1);
-  for (LONG i = 0; i < length->lVal; ++i) {
-    Variant element;
-    ReadMember(list, std::to_wstring(i), element);
-    Require(VariantChangeTypeEx(element.Get(), element.Get(), locale, 0, VT_UI1));
-    bytes[i] = element->bVal;
-  }
-  SAFEARRAY* result = nullptr;
-  ToCom(bytes, &result);
-  return result;
-}
-
-/// A copy of the array in `argument`, as one of that element type.
-SAFEARRAY* CopyArray(const VARIANT& argument, VARTYPE elementType, LCID locale) {
-  if (argument.vt == VT_EMPTY || argument.vt == VT_NULL) return nullptr;
-  if (argument.vt == VT_DISPATCH && argument.pdispVal == nullptr) return nullptr;
-  if (argument.vt == VT_DISPATCH && elementType == VT_UI1) return BytesOfList(argument.pdispVal, locale);
-  const bool byReference = (argument.vt & VT_BYREF) != 0;
-  if ((argument.vt & VT_ARRAY) == 0) throw ComFailure(DISP_E_TYPEMISMATCH);
-  SAFEARRAY* const array = byReference ? *argument.pparray : argument.parray;
-  if (array == nullptr) return nullptr;
-  const VARTYPE found = argument.vt & VT_TYPEMASK;
-  if (found == VT_VARIANT && elementType == VT_UI1) return BytesOfVariants(array, locale);
-  if (found != elementType) throw ComFailure(DISP_E_TYPEMISMATCH);
-  SAFEARRAY* copy = nullptr;
-  Require(SafeArrayCopy(array, &copy));
-  return copy;
 }
 
 /// `argument`, whatever it is, as a value of the type; `value` is empty before.
@@ -111,8 +59,11 @@ void Coerce(VARIANT& argument, VARTYPE type, REFIID interfaceId, LCID locale, VA
       throw ComFailure(DISP_E_TYPEMISMATCH);
     } else if (object->punkVal == nullptr) {
       value.punkVal = nullptr;
-    } else if (FAILED(
-                   object->punkVal->QueryInterface(interfaceId, reinterpret_cast<void**>(&value.punkVal)))) {
+    } else if (auto wanted = Query<IUnknown>(object->punkVal, interfaceId)) {
+      value.punkVal = wanted.Detach();
+    } else if (auto scripted = AsHostObject(object->punkVal, interfaceId)) {
+      value.punkVal = scripted.Detach();
+    } else {
       throw ComFailure(DISP_E_TYPEMISMATCH);
     }
     value.vt = type;
@@ -132,62 +83,133 @@ void ShowWhole(VARIANT& value) {
   }
 }
 
-/// Copies the elements where the bounds are the same: the caller's array, which may be of a fixed size, stays then.
-bool CopyInPlace(SAFEARRAY* source, SAFEARRAY* target) {
-  if (source == nullptr || target == nullptr) return source == target;
-  LONG bounds[4] = {};
-  const bool known = SafeArrayGetDim(target) == 1 && SUCCEEDED(SafeArrayGetLBound(source, 1, &bounds[0])) &&
-                     SUCCEEDED(SafeArrayGetLBound(target, 1, &bounds[1])) &&
-                     SUCCEEDED(SafeArrayGetUBound(source, 1, &bounds[2])) &&
-                     SUCCEEDED(SafeArrayGetUBound(target, 1, &bounds[3]));
-  return known && bounds[0] == bounds[1] && bounds[2] == bounds[3] &&
-         SUCCEEDED(SafeArrayCopyData(source, target));
+bool SameElements(SAFEARRAY* a, SAFEARRAY* b) {
+  if (a == nullptr || b == nullptr) return a == b;
+  const Bounds bounds(a);
+  return HasBounds(b, bounds.lower, bounds.upper) &&
+         (bounds.Count() == 0 ||
+          std::memcmp(a->pvData, b->pvData, std::size_t{bounds.Count()} * a->cbElements) == 0);
 }
 
-/// Writes a value back to where the argument came from; by-value arguments have no such place.
-void WriteBack(Variant& value, VARIANT& argument, LCID locale) {
-  if (argument.vt == (VT_BYREF | VT_VARIANT)) {
-    ShowWhole(*value.Get());
-    VariantClear(argument.pvarVal);
-    *argument.pvarVal = value.Detach();
-    return;
+/// Whether the values are the same, `b` having been made as a copy of `a`.
+bool SameValue(VARIANT& a, VARIANT& b) {
+  if (a.vt != b.vt) return false;
+  if ((a.vt & VT_ARRAY) != 0) return SameElements(a.parray, b.parray);
+  if (a.vt == VT_BSTR) {
+    const UINT size = SysStringByteLen(a.bstrVal);
+    return size == SysStringByteLen(b.bstrVal) && (size == 0 || std::memcmp(a.bstrVal, b.bstrVal, size) == 0);
   }
-  if ((argument.vt & VT_BYREF) == 0) return;
-  const VARTYPE type = argument.vt & static_cast<VARTYPE>(~VT_BYREF);
-  if (value->vt != type) Require(VariantChangeTypeEx(value.Get(), value.Get(), locale, 0, type));
-  if ((type & VT_ARRAY) != 0) {
-    if (!CopyInPlace(value->parray, *argument.pparray)) {
-      if (*argument.pparray != nullptr) Require(SafeArrayDestroy(*argument.pparray));
-      *argument.pparray = value.Detach().parray;
+  return std::memcmp(&a.llVal, &b.llVal, sizeof a.llVal) == 0;
+}
+
+/// What a variable gets back: made ready first, which can fail, and stored when all are ready.
+class Change {
+ public:
+  Change(VARIANT& variable, Variant value, LCID locale) : variable_(variable), value_(std::move(value)) {
+    if ((value_->vt & VT_ARRAY) != 0) {
+      PrepareArray();
+    } else if ((variable.vt & VT_BYREF) != 0) {
+      const VARTYPE type = variable.vt & static_cast<VARTYPE>(~VT_BYREF);
+      if (value_->vt != type) Require(VariantChangeTypeEx(value_.Get(), value_.Get(), locale, 0, type));
+    } else {
+      ShowWhole(*value_.Get());
     }
-    return;
   }
-  switch (type) {
-    case VT_BSTR:
-      SysFreeString(*argument.pbstrVal);
-      *argument.pbstrVal = value.Detach().bstrVal;
-      break;
-    case VT_DISPATCH:
-    case VT_UNKNOWN:
-      if (*argument.ppunkVal != nullptr) (*argument.ppunkVal)->Release();
-      *argument.ppunkVal = value.Detach().punkVal;
-      break;
-    case VT_I1:
-    case VT_UI1: *argument.pbVal = value->bVal; break;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL: *argument.piVal = value->iVal; break;
-    case VT_I8:
-    case VT_UI8:
-    case VT_CY:
-    case VT_R8:
-    case VT_DATE: *argument.pcyVal = value->cyVal; break;
-    case VT_DECIMAL:
-      *argument.pdecVal = value->decVal;
-      argument.pdecVal->wReserved = 0;
-      break;
-    default: *argument.plVal = value->lVal; break;  // 32 bits, however they are read
+
+  void Store() {
+    if ((value_->vt & VT_ARRAY) != 0) {
+      StoreArray();
+    } else if ((variable_.vt & VT_BYREF) != 0) {
+      StoreTyped();
+    } else {
+      StoreVariant();
+    }
   }
+
+ private:
+  [[nodiscard]] bool HoldsArray() const { return (variable_.vt & VT_ARRAY) != 0; }
+
+  void PrepareArray() {
+    if (value_->parray == nullptr || !HoldsArray()) return;
+    const VARTYPE elementType = value_->vt & VT_TYPEMASK;
+    if ((variable_.vt & VT_TYPEMASK) == VT_VARIANT) {
+      SafeArray variants = ToVariants(value_->parray, elementType);
+      VariantClear(value_.Get());
+      value_->vt = VT_ARRAY | VT_VARIANT;
+      value_->parray = variants.Detach();
+    }
+    const Bounds bounds(value_->parray);
+    SAFEARRAY* const old = *ArrayPlace(variable_);
+    staysInPlace_ = HasBounds(old, bounds.lower, bounds.upper);
+    if (!staysInPlace_) RequireReplaceable(old);
+  }
+
+  void StoreArray() {
+    if (value_->parray == nullptr) return;  // the operation gave none back
+    if (!HoldsArray()) {
+      // A variable of another type can't hold one.
+      if ((variable_.vt & VT_BYREF) == 0) StoreVariant();
+      return;
+    }
+    SAFEARRAY** const place = ArrayPlace(variable_);
+    if (staysInPlace_) {
+      CopyElements(value_->parray, *place);
+      return;
+    }
+    if (*place != nullptr) RequireArray(SafeArrayDestroy(*place));
+    *place = value_.Detach().parray;
+  }
+
+  void StoreVariant() {
+    VariantClear(&variable_);
+    variable_ = value_.Detach();
+  }
+
+  void StoreTyped() {
+    switch (value_->vt) {
+      case VT_BSTR:
+        SysFreeString(*variable_.pbstrVal);
+        *variable_.pbstrVal = value_.Detach().bstrVal;
+        break;
+      case VT_DISPATCH:
+      case VT_UNKNOWN:
+        if (*variable_.ppunkVal != nullptr) (*variable_.ppunkVal)->Release();
+        *variable_.ppunkVal = value_.Detach().punkVal;
+        break;
+      case VT_I1:
+      case VT_UI1: *variable_.pbVal = value_->bVal; break;
+      case VT_I2:
+      case VT_UI2:
+      case VT_BOOL: *variable_.piVal = value_->iVal; break;
+      case VT_I8:
+      case VT_UI8:
+      case VT_CY:
+      case VT_R8:
+      case VT_DATE: *variable_.pcyVal = value_->cyVal; break;
+      case VT_DECIMAL:
+        *variable_.pdecVal = value_->decVal;
+        variable_.pdecVal->wReserved = 0;
+        break;
+      default: *variable_.plVal = value_->lVal; break;  // 32 bits, however they are read
+    }
+  }
+
+  VARIANT& variable_;
+  Variant value_;
+  bool staysInPlace_ = false;
+};
+
+/// What a failure tells late-bound callers: an exception, whose source and description are the error information.
+HRESULT Raise(HRESULT outcome, EXCEPINFO* exception) {
+  if (exception == nullptr) return outcome;
+  *exception = {};
+  exception->scode = outcome;
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, info.Put()) == S_OK) {
+    info->GetSource(&exception->bstrSource);
+    info->GetDescription(&exception->bstrDescription);
+  }
+  return DISP_E_EXCEPTION;
 }
 
 }  // namespace
@@ -203,6 +225,11 @@ const Description& Description::Of(REFIID id) {
 
 Description::Description(REFIID id) {
   Require(TypeLibrary()->GetTypeInfoOfGuid(id, dispatchInfo_.Put()));
+  Bstr name;
+  Require(dispatchInfo_->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr));
+  // A class's own interface has its name with "_" in front.
+  className_ = FromCom(name.Get());
+  if (className_.starts_with('_')) className_.erase(0, 1);
   // Behind the description of a dual interface as one for late binding stands that of its virtual functions.
   HREFTYPE reference = 0;
   ComPtr<ITypeInfo> info;
@@ -273,16 +300,25 @@ Description::Parameter Description::ReadParameter(ITypeInfo* info, const ELEMDES
   return parameter;
 }
 
+HRESULT Description::GetTypeInfoCount(UINT* count) const {
+  if (count == nullptr) return Refuse(E_POINTER, className_);
+  *count = 1;
+  return S_OK;
+}
+
 HRESULT Description::GetTypeInfo(UINT index, ITypeInfo** info) const {
-  if (info == nullptr) return E_POINTER;
+  if (info == nullptr) return Refuse(E_POINTER, className_);
   *info = nullptr;
-  if (index != 0) return DISP_E_BADINDEX;
+  if (index != 0) return Refuse(DISP_E_BADINDEX, className_);
   *info = ComPtr<ITypeInfo>(dispatchInfo_).Detach();
   return S_OK;
 }
 
-HRESULT Description::GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const {
-  return DispGetIDsOfNames(dispatchInfo_.Get(), names, count, ids);
+HRESULT Description::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, DISPID* ids) const {
+  if (reserved != IID_NULL) return Refuse(DISP_E_UNKNOWNINTERFACE, className_);
+  if (names == nullptr || ids == nullptr) return Refuse(E_POINTER, className_);
+  const HRESULT result = DispGetIDsOfNames(dispatchInfo_.Get(), names, count, ids);
+  return FAILED(result) ? Refuse(result, className_) : result;
 }
 
 const Description::Member* Description::Find(DISPID id, WORD kinds, const DISPPARAMS& arguments) const {
@@ -293,9 +329,9 @@ const Description::Member* Description::Find(DISPID id, WORD kinds, const DISPPA
   for (const Member& member : members_) {
     if (member.id != id) continue;
     if ((member.kind & kinds) != 0) return &member;
-    // Some languages set objects the way they set values.
+    // Some languages set objects the way they set values, and none as a value of its own.
     if (member.kind == INVOKE_PROPERTYPUTREF && (kinds & DISPATCH_PROPERTYPUT) != 0 && arguments.cArgs > 0 &&
-        IsObject(Meant(arguments.rgvarg[0]).vt)) {
+        IsObjectOrNone(Meant(arguments.rgvarg[0]).vt)) {
       found = &member;
     }
   }
@@ -319,10 +355,12 @@ class Description::Call {
         const DISPID name = arguments.rgdispidNamedArgs[i];
         if (name == DISPID_PROPERTYPUT && isPut) {
           position = count - 1;
-        } else if (name >= 0) {
+        } else if (name >= 0 && static_cast<std::size_t>(name) < count &&
+                   !member_.parameters[name].isResult) {
           position = static_cast<std::size_t>(name);
         } else {
-          throw ComFailure(DISP_E_UNKNOWNNAME);
+          if (wrongArgument != nullptr) *wrongArgument = i;
+          throw ComFailure(DISP_E_PARAMNOTFOUND);
         }
       }
       if (position >= count || member_.parameters[position].isResult || given_[position] != nullptr) {
@@ -333,6 +371,7 @@ class Description::Call {
     for (std::size_t i = 0; i < count; ++i) {
       try {
         values_.emplace_back();
+        before_.emplace_back();
         Fill(i);
       } catch (const ComFailure&) {
         if (wrongArgument != nullptr && given_[i] != nullptr) {
@@ -359,9 +398,14 @@ class Description::Call {
       types[i] = VT_BYREF | parameter.type;
       passed[i].vt = types[i];
       const bool isMissing = parameter.isOptional && !parameter.hasDefault && given_[i] == nullptr;
-      void* const place =
-          parameter.type == VT_VARIANT ? static_cast<void*>(values_[i].Get()) : &values_[i]->byref;
-      passed[i].byref = isMissing ? nullptr : place;
+      if (isMissing) {
+        passed[i].byref = nullptr;
+      } else if (isHandedOn_[i]) {
+        passed[i].pparray = Meant(*given_[i]).pparray;
+      } else {
+        passed[i].byref =
+            parameter.type == VT_VARIANT ? static_cast<void*>(values_[i].Get()) : &values_[i]->byref;
+      }
     }
     Variant result;
     const HRESULT outcome =
@@ -371,27 +415,56 @@ class Description::Call {
   }
 
   void HandBack(VARIANT* result) {
+    const bool hasFailed = HasFailed();
+    std::deque<Change> changes;
     for (std::size_t i = 0; i < member_.parameters.size(); ++i) {
-      const Parameter& parameter = member_.parameters[i];
-      if (parameter.isResult) {
-        if (result == nullptr) continue;
-        ShowWhole(*values_[i].Get());
-        *result = values_[i].Detach();
-      } else if (parameter.byReference && given_[i] != nullptr) {
-        WriteBack(values_[i], *given_[i], locale_);
-      }
+      if (!IsVariable(i) || isHandedOn_[i]) continue;
+      // After a failure a variable that the operation left alone isn't even converted.
+      if (hasFailed && SameValue(*values_[i].Get(), *before_[i].Get())) continue;
+      changes.emplace_back(Meant(*given_[i]), std::move(values_[i]), locale_);
+    }
+    for (Change& change : changes) {
+      change.Store();
+    }
+    if (result == nullptr) return;
+    for (std::size_t i = 0; i < member_.parameters.size(); ++i) {
+      if (!member_.parameters[i].isResult) continue;
+      ShowWhole(*values_[i].Get());
+      *result = values_[i].Detach();
     }
   }
 
  private:
+  /// Whether the argument is a variable that gets back what the operation leaves in the parameter.
+  [[nodiscard]] bool IsVariable(std::size_t i) const {
+    const Parameter& parameter = member_.parameters[i];
+    return parameter.byReference && !parameter.isResult && given_[i] != nullptr &&
+           (given_[i]->vt & VT_BYREF) != 0;
+  }
+
+  /// Whether the operation says that it failed.
+  [[nodiscard]] bool HasFailed() {
+    for (std::size_t i = 0; i < member_.parameters.size(); ++i) {
+      if (member_.parameters[i].isResult) {
+        return member_.parameters[i].type == VT_BOOL && values_[i]->boolVal == VARIANT_FALSE;
+      }
+    }
+    return false;
+  }
+
   void Fill(std::size_t i) {
     const Parameter& parameter = member_.parameters[i];
     VARIANT& value = *values_[i].Get();
     if (given_[i] != nullptr && IsLeftOut(*given_[i]) && (parameter.isOptional || parameter.hasDefault)) {
       given_[i] = nullptr;
     }
+    // The member gets a caller's own array, as by an early-bound call.
+    isHandedOn_.push_back((parameter.type & VT_ARRAY) != 0 && IsVariable(i) &&
+                          Meant(*given_[i]).vt == (VT_BYREF | parameter.type));
+    if (isHandedOn_[i]) return;
     if (given_[i] != nullptr) {
       Coerce(*given_[i], parameter.type, parameter.interfaceId, locale_, value);
+      if (IsVariable(i)) Require(VariantCopy(before_[i].Get(), &value));
     } else if (parameter.hasDefault) {
       VARIANT copy = parameter.defaultValue;
       Coerce(copy, parameter.type, parameter.interfaceId, locale_, value);
@@ -406,37 +479,30 @@ class Description::Call {
   const Member& member_;
   LCID locale_;
   std::vector<VARIANT*> given_;
+  std::vector<bool> isHandedOn_;  ///< the caller's own array takes the place of the value
   std::deque<Variant> values_;
+  std::deque<Variant> before_;  ///< what the variables held, by reference
 };
 
-HRESULT Description::Invoke(void* instance, DISPID id, LCID locale, WORD kinds, DISPPARAMS* arguments,
-                            VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) const {
-  if (arguments == nullptr) return E_INVALIDARG;
+HRESULT Description::Invoke(void* instance, DISPID id, REFIID reserved, LCID locale, WORD kinds,
+                            DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                            UINT* wrongArgument) const {
+  if (reserved != IID_NULL) return Refuse(DISP_E_UNKNOWNINTERFACE, className_);
+  if (arguments == nullptr) return Refuse(E_INVALIDARG, className_);
   try {
     const Member* const member = Find(id, kinds, *arguments);
-    if (member == nullptr) return DISP_E_MEMBERNOTFOUND;
+    if (member == nullptr) return Refuse(DISP_E_MEMBERNOTFOUND, className_);
     Call call(*member, locale);
     call.Place(*arguments, wrongArgument);
     const HRESULT outcome = call.Run(instance);
-    if (FAILED(outcome)) {
-      if (exception == nullptr) return outcome;
-      *exception = {};
-      exception->scode = outcome;
-      ComPtr<IErrorInfo> info;
-      if (GetErrorInfo(0, info.Put()) == S_OK) {
-        info->GetSource(&exception->bstrSource);
-        info->GetDescription(&exception->bstrDescription);
-      }
-      return DISP_E_EXCEPTION;
-    }
+    if (FAILED(outcome)) return Raise(outcome, exception);
     call.HandBack(result);
     return S_OK;
   } catch (const ComFailure& failure) {
-    return failure.Result();
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  } catch (const std::exception&) {
-    return E_UNEXPECTED;
+    const HRESULT outcome = ReportException(className_);
+    return failure.IsRaised() ? Raise(outcome, exception) : outcome;
+  } catch (...) {
+    return Raise(ReportException(className_), exception);
   }
 }
 

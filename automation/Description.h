@@ -15,12 +15,15 @@ class Description {
   /// Of an interface of the type library. Throws `ComFailure`.
   static const Description& Of(REFIID id);
 
+  // The members of IDispatch. Failures leave error information behind.
+
+  HRESULT GetTypeInfoCount(UINT* count) const;
   HRESULT GetTypeInfo(UINT index, ITypeInfo** info) const;
-  HRESULT GetIDsOfNames(LPOLESTR* names, UINT count, DISPID* ids) const;
+  HRESULT GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, DISPID* ids) const;
 
   /// Calls a member of `instance`, which is a pointer to the interface.
-  HRESULT Invoke(void* instance, DISPID member, LCID locale, WORD kinds, DISPPARAMS* arguments,
-                 VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) const;
+  HRESULT Invoke(void* instance, DISPID member, REFIID reserved, LCID locale, WORD kinds,
+                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) const;
 
  private:
   /// How a value is passed. `type` is that of the value itself, whether by reference or not.
@@ -45,6 +48,7 @@ class Description {
   static Parameter ReadParameter(ITypeInfo* info, const ELEMDESC& element);
   const Member* Find(DISPID id, WORD kinds, const DISPPARAMS& arguments) const;
 
+  std::string className_;
   ComPtr<ITypeInfo> dispatchInfo_;
   std::vector<Member> members_;
 };

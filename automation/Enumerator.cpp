@@ -8,12 +8,7 @@ namespace {
 
 class Enumerator final : public IEnumVARIANT {
  public:
-  using Item = std::function<void(std::size_t, VARIANT&)>;
-
-  Enumerator(std::size_t count, Item item, std::size_t position = 0)
-      : count_(count), item_(std::move(item)), position_(position) {
-    LockModule();
-  }
+  explicit Enumerator(std::unique_ptr<Sequence> sequence) : sequence_(std::move(sequence)) { LockModule(); }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override {
     if (result == nullptr) return E_POINTER;
@@ -30,54 +25,52 @@ class Enumerator final : public IEnumVARIANT {
   }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG wanted, VARIANT* elements, ULONG* fetched) override {
-    if (elements == nullptr || (fetched == nullptr && wanted != 1)) return E_POINTER;
+    if (elements == nullptr || (fetched == nullptr && wanted != 1)) return Refuse(E_POINTER, kSource);
     ULONG done = 0;
-    try {
-      for (; done < wanted && position_ < count_; ++done, ++position_) {
+    const HRESULT result = Guarded(kSource, [&] {
+      for (; done < wanted; ++done) {
         VariantInit(&elements[done]);
-        item_(position_, elements[done]);
+        if (!sequence_->Next(&elements[done])) break;
       }
-    } catch (...) {
+    });
+    if (FAILED(result)) {
       std::for_each(elements, elements + done, [](VARIANT& element) { VariantClear(&element); });
-      if (fetched != nullptr) *fetched = 0;
-      return ReportException("NewEnum");
+      done = 0;
     }
     if (fetched != nullptr) *fetched = done;
-    return done == wanted ? S_OK : S_FALSE;
+    return FAILED(result) || done == wanted ? result : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
-    const std::size_t left = count_ - position_;
-    position_ += std::min<std::size_t>(count, left);
-    return count <= left ? S_OK : S_FALSE;
+    bool isThere = true;
+    const HRESULT result = Guarded(kSource, [&] {
+      for (; count > 0 && isThere; --count) {
+        isThere = sequence_->Next(nullptr);
+      }
+    });
+    return FAILED(result) || isThere ? result : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE Reset() override {
-    position_ = 0;
-    return S_OK;
+    return Guarded(kSource, [&] { sequence_->Reset(); });
   }
   HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) override {
-    if (copy == nullptr) return E_POINTER;
+    if (copy == nullptr) return Refuse(E_POINTER, kSource);
     *copy = nullptr;
-    try {
-      *copy = new Enumerator(count_, item_, position_);
-      return S_OK;
-    } catch (...) {
-      return ReportException("NewEnum");
-    }
+    return Guarded(kSource, [&] { *copy = new Enumerator(sequence_->Clone()); });
   }
 
  private:
   virtual ~Enumerator() { UnlockModule(); }
 
-  std::size_t count_;
-  Item item_;
-  std::size_t position_;
+  static constexpr std::string_view kSource = "NewEnum";
+
+  std::unique_ptr<Sequence> sequence_;
   LONG references_ = 1;
 };
 
 }  // namespace
 
-ComPtr<IUnknown> MakeEnumerator(std::size_t count, std::function<void(std::size_t, VARIANT&)> item) {
-  return ComPtr<IUnknown>::Adopt(new Enumerator(count, std::move(item)));
+ComPtr<IUnknown> MakeEnumerator(std::unique_ptr<Sequence> sequence) {
+  return ComPtr<IUnknown>::Adopt(new Enumerator(std::move(sequence)));
 }
 
 }  // namespace automation

@@ -20,12 +20,9 @@ class VnStringList final : public Object<StringList, _clsVnStringList> {
     return Give(Value, [&] { return static_cast<std::int32_t>(It().texts.size()); });
   }
   HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override {
-    if (Value == nullptr) return E_POINTER;
-    return Guard([&] {
-      *Value = Enumerate(It().texts, [](const std::string& text, VARIANT& variant) {
-                 ToCom(text, &variant.bstrVal);
-                 variant.vt = VT_BSTR;
-               }).Detach();
+    return GiveEnumerator(Value, [](const std::string& text, VARIANT& variant) {
+      ToCom(text, &variant.bstrVal);
+      variant.vt = VT_BSTR;
     });
   }
 };
@@ -41,14 +38,14 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
   }
   HRESULT STDMETHODCALLTYPE GetLinesOfString(BSTR Data, _clsVnStringList** LineList,
                                              VARIANT_BOOL* Result) override {
-    if (LineList == nullptr) return E_POINTER;
+    if (LineList == nullptr) return Missing();
     return Give(Result, [&] {
-      std::shared_ptr<StringList> list = FromCom(*LineList);
-      if (!list) {
-        list = std::make_shared<StringList>();
-        *LineList = Wrap(list).Detach();
-      }
-      return It().GetLinesOfString(FromCom(Data), list->texts);
+      // A new list each time: whoever has the old one keeps its lines.
+      const auto list = std::make_shared<StringList>();
+      const bool succeeded = It().GetLinesOfString(FromCom(Data), list->texts);
+      auto face = Wrap(list);
+      const auto old = ComPtr<_clsVnStringList>::Adopt(std::exchange(*LineList, face.Detach()));
+      return succeeded;
     });
   }
   HRESULT STDMETHODCALLTYPE ByteMirror(unsigned char Value, unsigned char* Result) override {
@@ -147,28 +144,40 @@ class Helper01 final : public Object<VnZEL10cmn::clsHelper01, _clsHelper01> {
   }
 
  private:
-  /// The number or text that the variant holds, by its own type: each has a rounding of its own.
+  /// The number or text that the variant holds, by its own type: each becomes a decimal number in its own way.
   Currency Round(const VARIANT& given, LONG digits) {
-    Variant value = CopyOf(given);
+    Variant value;
+    if (FAILED(VariantCopyInd(value.Get(), const_cast<VARIANT*>(&given)))) return RoundWhatIsNoNumber(digits);
     switch (value->vt) {
       case VT_CY: return It().RoundCmrc2(FromCom(value->cyVal), digits);
-      case VT_DECIMAL:
-        // As text no digit gets lost.
-        Require(VariantChangeType(value.Get(), value.Get(), 0, VT_BSTR));
-        [[fallthrough]];
-      case VT_BSTR: return It().RoundCmrc2(FromCom(value->bstrVal), digits);
-      case VT_R4:
+      case VT_R4: return It().RoundCmrc2(value->fltVal, digits);
       case VT_R8:
-      case VT_DATE:
-        Require(VariantChangeType(value.Get(), value.Get(), 0, VT_R8));
-        return It().RoundCmrc2(value->dblVal, digits);
-      default:
-        if (FAILED(VariantChangeType(value.Get(), value.Get(), 0, VT_I8))) {
-          throw ComFailure(RunTimeNumber::TypeMismatch);
-        }
+      case VT_DATE: return It().RoundCmrc2(value->dblVal, digits);
+      case VT_UI8: return It().RoundCmrc2(static_cast<std::uint64_t>(value->ullVal), digits);
+      case VT_EMPTY:
+      case VT_BOOL:
+      case VT_I1:
+      case VT_UI1:
+      case VT_I2:
+      case VT_UI2:
+      case VT_I4:
+      case VT_UI4:
+      case VT_INT:
+      case VT_UINT:
+      case VT_I8:
+        Require(VariantChangeType(value.Get(), value.Get(), 0, VT_I8));
         return It().RoundCmrc2(static_cast<std::int64_t>(value->llVal), digits);
+      default:
+        // As text no digit of a decimal number gets lost. An object is what its default member is.
+        if (value->vt == VT_NULL || FAILED(VariantChangeType(value.Get(), value.Get(), 0, VT_BSTR))) {
+          return RoundWhatIsNoNumber(digits);
+        }
+        return It().RoundCmrc2(FromCom(value->bstrVal), digits);
     }
   }
+
+  /// Files that it is none, as for a text.
+  Currency RoundWhatIsNoNumber(LONG digits) { return It().RoundCmrc2(std::string_view(), digits); }
 };
 
 class Sha256 final : public Object<VnZEL10cmn::clsSHA256, _clsSHA256> {

@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 
+#include "VnZEL10cmn/platform/internal/ClassName.h"
 #include "automation/Classes.h"
 #include "automation/Convert.h"
 #include "automation/Failure.h"
@@ -109,13 +110,60 @@ class LentError {
   LentError(const LentError&) = delete;
   LentError& operator=(const LentError&) = delete;
 
-  /// By reference, as a host may put another in its place; none when there is none.
-  _clsVnError** Place() { return lent_.Get() == nullptr ? nullptr : &pointer_; }
+  /// By reference, as a host may put another in its place. Where there is none it is a variable that holds none: without
+  /// a variable no call reaches another apartment.
+  _clsVnError** Place() { return &pointer_; }
 
  private:
   Lent<native::clsVnError> lent_;
   _clsVnError* pointer_;
 };
+
+/// A class's name as its users write it: the interface that belongs to a class has that name with "_" in front.
+std::string NameIn(ITypeInfo* info) {
+  Bstr name;
+  if (FAILED(info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr))) return {};
+  std::string text = FromCom(name.Get());
+  if (text.starts_with('_')) text.erase(0, 1);
+  return text;
+}
+
+/// What an object without type information says of itself: its default member, as a text. Scripts' objects have
+/// "[object Name]" there.
+std::string DefaultText(IDispatch* object) {
+  DISPPARAMS none{};
+  Variant value;
+  if (FAILED(object->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
+                            value.Get(), nullptr, nullptr)) ||
+      value->vt != VT_BSTR) {
+    return {};
+  }
+  std::string text = FromCom(value->bstrVal);
+  constexpr std::string_view kBefore = "[object ";
+  if (text.starts_with(kBefore) && text.ends_with(']')) {
+    text = text.substr(kBefore.size(), text.size() - kBefore.size() - 1);
+  }
+  return text;
+}
+
+/// The name of the class of a host's object.
+std::string ClassNameOf(IUnknown* object) {
+  ComPtr<ITypeInfo> info;
+  std::string name;
+  const auto provider = Query<IProvideClassInfo>(object, IID_IProvideClassInfo);
+  if (provider && SUCCEEDED(provider->GetClassInfo(info.Put())) && info) name = NameIn(info.Get());
+  const auto dispatch = Query<IDispatch>(object, IID_IDispatch);
+  if (name.empty() && dispatch && SUCCEEDED(dispatch->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put())) &&
+      info) {
+    name = NameIn(info.Get());
+  }
+  if (name.empty() && dispatch) name = DefaultText(dispatch.Get());
+  SetErrorInfo(0, nullptr);
+  return name.empty() ? "Object" : name;
+}
+
+/// Whether the object belongs to another apartment: what is here is a proxy then.
+bool IsElsewhere(IUnknown* object) { return static_cast<bool>(Query<IMultiQI>(object, IID_IMultiQI)); }
 
 class HostLogItem final : public native::IVnLogItem, public HostObject {
  public:
@@ -130,10 +178,11 @@ class HostLogItem final : public native::IVnLogItem, public HostObject {
   ComPtr<::IVnLogItem> host_;
 };
 
-class HostItem final : public native::IVnZelItem, public HostObject {
+class HostItem final : public native::IVnZelItem, public native::platform::NamedObject, public HostObject {
  public:
   explicit HostItem(::IVnZelItem* host) : host_(host) {}
   IUnknown* Host() const noexcept override { return host_.Get(); }
+  [[nodiscard]] std::string ClassName() const override { return ClassNameOf(host_.Get()); }
 
   std::string InstanceID() override {
     return TextFrom([this](BSTR* text) { return host_->get_InstanceID(text); });
@@ -143,8 +192,7 @@ class HostItem final : public native::IVnZelItem, public HostObject {
     ComPtr<_clsVnError> object;
     ThrowHostFailure(host_->get_ErrorObject(object.Put()));
     error_ = NativeOf<native::clsVnError>(object.Get());
-    // A host's item may have none, or one of its own making.
-    if (!error_) error_ = std::make_shared<native::clsVnError>();
+    if (!error_) error_ = CopyOf(object.Get());
     return *error_;
   }
 
@@ -190,6 +238,22 @@ class HostItem final : public native::IVnZelItem, public HostObject {
   }
 
  private:
+  /// A host's item may have no error object, one of its own making, or one in another apartment.
+  static std::shared_ptr<native::clsVnError> CopyOf(_clsVnError* host) {
+    auto copy = std::make_shared<native::clsVnError>();
+    if (host == nullptr || !BooleanFrom([host](VARIANT_BOOL* value) { return host->HasError(value); })) {
+      return copy;
+    }
+    LONG number = 0;
+    ThrowHostFailure(host->get_ErrorNr(&number));
+    copy->SetError(number, TextFrom([host](BSTR* text) { return host->get_ErrorMsg(text); }),
+                   BooleanFrom([host](VARIANT_BOOL* value) { return host->get_IsUserDef(value); }),
+                   TextFrom([host](BSTR* text) { return host->get_ErrorFunction(text); }),
+                   TextFrom([host](BSTR* text) { return host->get_ErrorSource(text); }),
+                   TextFrom([host](BSTR* text) { return host->get_ErrorInstanceID(text); }));
+    return copy;
+  }
+
   using Operation = HRESULT (STDMETHODCALLTYPE ::IVnZelItem::*)(SAFEARRAY**, LONG*, VARIANT_BOOL*);
 
   bool Exchange(Operation operation, const ByteArray& in, ByteArray& out, std::int32_t& start) {
@@ -273,13 +337,18 @@ class HostReportPrint final : public native::clsZelRprtPrint, public HostObject 
   ComPtr<_clsZelRprtPrint> host_;
 };
 
-/// The library's object in a COM object of this server, which nobody else can replace.
+/// The library's object in a COM object of this server, which nobody else can replace. An object of another apartment is
+/// refused: the library would use it from this thread while its own one may be using it.
 template <class Native, class Interface>
 std::shared_ptr<Native> OwnOnly(Interface* object) {
   if (object == nullptr) return nullptr;
-  std::shared_ptr<Native> native = NativeOf<Native>(object);
-  if (!native) throw ComFailure(RunTimeNumber::TypeMismatch);
-  return native;
+  if (std::shared_ptr<Native> native = NativeOf<Native>(object)) return native;
+  if (IsElsewhere(object)) {
+    throw ComFailure(RunTimeNumber::TypeMismatch,
+                     "Das Objekt gehört zu einem anderen Apartment. Es kann nur mit Objekten des Apartments "
+                     "verwendet werden, in dem es angelegt wurde.");
+  }
+  throw ComFailure(HolderIn(object) != nullptr ? RunTimeNumber::ObjectNotSet : RunTimeNumber::TypeMismatch);
 }
 
 /// The library's object, or one that stands for the host's own.
@@ -298,7 +367,6 @@ std::shared_ptr<native::clsVnError> FromCom(_clsVnError* object) {
 std::shared_ptr<native::clsVnLogFile> FromCom(_clsVnLogFile* object) {
   return OwnOnly<native::clsVnLogFile>(object);
 }
-std::shared_ptr<StringList> FromCom(_clsVnStringList* object) { return OwnOnly<StringList>(object); }
 std::shared_ptr<native::clsZelVatItem> FromCom(_clsZelVatItem* object) {
   return OwnOnly<native::clsZelVatItem>(object);
 }

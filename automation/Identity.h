@@ -9,8 +9,9 @@
 /// Which COM object stands for which object of the library, so that each has one face only.
 namespace automation {
 
-/// What an object of this server gives to the others; no interface for callers.
-class NativeHolder {
+/// What an object of this server gives to the others. Callers have no use for it, but COM asks every object for
+/// interfaces and counts references on what it gets.
+class NativeHolder : public IUnknown {
  public:
   [[nodiscard]] virtual const std::type_info& NativeType() const noexcept = 0;
   /// The library's object; empty once it is gone.

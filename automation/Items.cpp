@@ -87,11 +87,12 @@ class ZelItemCash final : public Object<VnZEL10cmn::clsZelItemCash, _clsZelItemC
     return Give(result, [&] { return It().InstanceID(); });
   }
   HRESULT GetPrices(SAFEARRAY** prices, VARIANT_BOOL* isThirdParty, VARIANT_BOOL* success) {
-    if (prices == nullptr || isThirdParty == nullptr) return E_POINTER;
+    if (prices == nullptr || isThirdParty == nullptr) return Missing();
     return Give(success, [&] {
       ArrayReference<VnZEL10cmn::CurrencyArray> values(prices);
       Reference<VARIANT_BOOL> flag(isThirdParty);
       const bool succeeded = It().GetPrices(values.Value(), flag.Value());
+      values.Prepare();
       values.Store();
       flag.Store();
       return succeeded;

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <tuple>
 #include <utility>
-#include <vector>
 
 #include "VnZEL10cmn/VnZEL10cmn.h"
 #include "automation/Classes.h"
@@ -22,23 +20,21 @@ template <class Interface>
 class Dispatching : public Interface {
  public:
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    if (count == nullptr) return E_POINTER;
-    *count = 1;
-    return S_OK;
+    return Described([&](const Description& it) { return it.GetTypeInfoCount(count); });
   }
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) override {
     return Described([&](const Description& it) { return it.GetTypeInfo(index, info); });
   }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID /*locale*/,
                                           DISPID* ids) override {
-    return Described([&](const Description& it) { return it.GetIDsOfNames(names, count, ids); });
+    return Described([&](const Description& it) { return it.GetIDsOfNames(reserved, names, count, ids); });
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID /*reserved*/, LCID locale, WORD kinds,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD kinds,
                                    DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                                    UINT* wrongArgument) override {
     return Described([&](const Description& it) {
-      return it.Invoke(static_cast<Interface*>(this), member, locale, kinds, arguments, result, exception,
-                       wrongArgument);
+      return it.Invoke(static_cast<Interface*>(this), member, reserved, locale, kinds, arguments, result,
+                       exception, wrongArgument);
     });
   }
 
@@ -83,7 +79,7 @@ class Object : public Dispatching<Interface>,
     return Find(id) != nullptr ? S_OK : S_FALSE;
   }
   HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) override {
-    if (info == nullptr) return E_POINTER;
+    if (info == nullptr) return Missing();
     *info = nullptr;
     return Guard([&] { Require(TypeLibrary()->GetTypeInfoOfGuid(ClassOf<Native>::Id(), info)); });
   }
@@ -109,7 +105,7 @@ class Object : public Dispatching<Interface>,
 
   /// The library's object. Throws `ComFailure` once it is gone.
   Native& It() const {
-    if (!native_) throw ComFailure(CO_E_OBJNOTCONNECTED);
+    if (!native_) throw ComFailure(RunTimeNumber::ObjectNotSet);
     return *native_;
   }
 
@@ -122,33 +118,37 @@ class Object : public Dispatching<Interface>,
   /// Runs `body`; what it throws becomes the result, with error information.
   template <class Body>
   HRESULT Guard(Body&& body) {
-    try {
-      body();
-      return S_OK;
-    } catch (...) {
-      return ReportException(ClassOf<Native>::kName);
-    }
+    return Guarded(ClassOf<Native>::kName, std::forward<Body>(body));
   }
+
+  /// The result where the caller gave no place for a value.
+  HRESULT Missing() { return Refuse(E_POINTER, ClassOf<Native>::kName); }
 
   /// Runs `body` and hands out what it returns.
   template <class Result, class Body>
   HRESULT Give(Result* result, Body&& body) {
-    if (result == nullptr) return E_POINTER;
+    if (result == nullptr) return Missing();
     *result = {};
     return Guard([&] { ToCom(body(), result); });
   }
 
+  /// Hands out what For Each uses.
+  template <class ToVariant>
+  HRESULT GiveEnumerator(IUnknown** result, ToVariant toVariant);
+
   /// Runs `body`, which returns a Boolean, on arguments by reference: pointers, or `Optional` for those that may
-  /// be missing. What the library changed in them is stored, also when it failed.
+  /// be missing. What the library changed in them is stored, also when it failed; all of it, or nothing where one
+  /// can't be stored.
   template <class Body, class... Arguments>
   HRESULT Call(VARIANT_BOOL* success, Body&& body, Arguments... arguments) {
-    if (success == nullptr || (IsMissing(arguments) || ...)) return E_POINTER;
+    if (success == nullptr || (IsMissing(arguments) || ...)) return Missing();
     *success = VARIANT_FALSE;
     return Guard([&] {
       std::tuple references(MakeReference(arguments)...);
       std::apply(
           [&](auto&... reference) {
             const bool succeeded = body(reference.Value()...);
+            (reference.Prepare(), ...);
             (reference.Store(), ...);
             ToCom(succeeded, success);
           },
@@ -216,17 +216,61 @@ ComPtr<typename ClassOf<Native>::Interface> MakeFace(std::shared_ptr<Native> nat
     return MakeFace<Class>(std::move(object));                                               \
   }
 
-/// What For Each uses: `item(i, variant)` makes the element at position i, in an empty variant.
-ComPtr<IUnknown> MakeEnumerator(std::size_t count, std::function<void(std::size_t, VARIANT&)> item);
+/// What For Each goes through, from one element to the next.
+class Sequence {
+ public:
+  virtual ~Sequence() = default;
+  /// Makes the next element, in an empty variant, or says that there is none. Null skips it.
+  virtual bool Next(VARIANT* element) = 0;
+  /// Begins again.
+  virtual void Reset() = 0;
+  [[nodiscard]] virtual std::unique_ptr<Sequence> Clone() const = 0;
+};
 
-/// An enumerator over the elements that there are now.
-template <class Range, class ToVariant>
-ComPtr<IUnknown> Enumerate(const Range& range, ToVariant&& toVariant) {
-  std::vector elements(range.begin(), range.end());
-  const std::size_t count = elements.size();
-  return MakeEnumerator(count, [elements = std::move(elements), toVariant](std::size_t i, VARIANT& variant) {
-    toVariant(elements[i], variant);
-  });
+/// The elements of `list` by its own iterators, so that the list may change meanwhile.
+template <class List, class ToVariant>
+class ListSequence final : public Sequence {
+ public:
+  ListSequence(std::shared_ptr<List> list, ToVariant toVariant)
+      : list_(std::move(list)), toVariant_(std::move(toVariant)), place_(list_->begin()) {}
+
+  bool Next(VARIANT* element) override {
+    // Only now, as the element behind may have gone since the last one was visited.
+    if (hasBegun_ && place_ != list_->end()) ++place_;
+    hasBegun_ = true;
+    if (place_ == list_->end()) return false;
+    if (element != nullptr) toVariant_(*place_, *element);
+    return true;
+  }
+  void Reset() override {
+    place_ = list_->begin();
+    hasBegun_ = false;
+  }
+  [[nodiscard]] std::unique_ptr<Sequence> Clone() const override {
+    return std::make_unique<ListSequence>(*this);
+  }
+
+ private:
+  std::shared_ptr<List> list_;
+  ToVariant toVariant_;
+  decltype(std::declval<const List&>().begin()) place_;
+  bool hasBegun_ = false;
+};
+
+ComPtr<IUnknown> MakeEnumerator(std::unique_ptr<Sequence> sequence);
+
+template <class List, class ToVariant>
+ComPtr<IUnknown> Enumerate(std::shared_ptr<List> list, ToVariant toVariant) {
+  return MakeEnumerator(
+      std::make_unique<ListSequence<List, ToVariant>>(std::move(list), std::move(toVariant)));
+}
+
+template <class Native, class Interface>
+template <class ToVariant>
+HRESULT Object<Native, Interface>::GiveEnumerator(IUnknown** result, ToVariant toVariant) {
+  if (result == nullptr) return Missing();
+  *result = nullptr;
+  return Guard([&] { *result = Enumerate(PartOf(It()), std::move(toVariant)).Detach(); });
 }
 
 /// An object as a variant, by the interface that shows all of it.
@@ -237,22 +281,20 @@ void ObjectToVariant(const std::shared_ptr<Native>& object, VARIANT& variant) {
 }
 
 /// Items by position and by instance, and For Each over them.
-#define AUTOMATION_ITEMS                                                                            \
-  AUTOMATION_READ(LONG, ItemCount)                                                                  \
-  HRESULT STDMETHODCALLTYPE get_ItemI(LONG Index, ::IVnZelItem** Value) override {                  \
-    return this->Give(Value, [&] { return this->It().ItemI(Index); });                              \
-  }                                                                                                 \
-  HRESULT STDMETHODCALLTYPE get_ItemK(BSTR InstanceID, ::IVnZelItem** Value) override {             \
-    return this->Give(Value, [&] { return this->It().ItemK(FromCom(InstanceID)); });                \
-  }                                                                                                 \
-  HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override {                                \
-    if (Value == nullptr) return E_POINTER;                                                         \
-    return this->Guard(                                                                             \
-        [&] { *Value = Enumerate(this->It(), ObjectToVariant<VnZEL10cmn::IVnZelItem>).Detach(); }); \
-  }                                                                                                 \
-  HRESULT STDMETHODCALLTYPE AddItem(::IVnZelItem* Item, VARIANT_BOOL* Success) override {           \
-    return this->Give(Success, [&] { return this->It().AddItem(FromCom(Item)); });                  \
-  }                                                                                                 \
+#define AUTOMATION_ITEMS                                                                  \
+  AUTOMATION_READ(LONG, ItemCount)                                                        \
+  HRESULT STDMETHODCALLTYPE get_ItemI(LONG Index, ::IVnZelItem** Value) override {        \
+    return this->Give(Value, [&] { return this->It().ItemI(Index); });                    \
+  }                                                                                       \
+  HRESULT STDMETHODCALLTYPE get_ItemK(BSTR InstanceID, ::IVnZelItem** Value) override {   \
+    return this->Give(Value, [&] { return this->It().ItemK(FromCom(InstanceID)); });      \
+  }                                                                                       \
+  HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown** Value) override {                      \
+    return this->GiveEnumerator(Value, ObjectToVariant<VnZEL10cmn::IVnZelItem>);          \
+  }                                                                                       \
+  HRESULT STDMETHODCALLTYPE AddItem(::IVnZelItem* Item, VARIANT_BOOL* Success) override { \
+    return this->Give(Success, [&] { return this->It().AddItem(FromCom(Item)); });        \
+  }                                                                                       \
   AUTOMATION_REMOVE_ITEM(RemoveItem)
 #define AUTOMATION_REMOVE_ITEM(name)                                                                        \
   HRESULT STDMETHODCALLTYPE name(::IVnZelItem* Item, BSTR ID, LONG Index, VARIANT_BOOL* Success) override { \

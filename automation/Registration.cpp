@@ -2,6 +2,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "automation/Failure.h"
 #include "automation/Module.h"
@@ -87,10 +88,26 @@ void RegisterIn(HKEY root) {
   }
 }
 
+/// Whether the class is registered for programs of the other width: both have the program's name in common, but class
+/// identifiers of their own. On a system of one width there is no other view, and nothing in this one any more.
+bool OtherWidthHas(HKEY root, const std::wstring& id) {
+#ifdef _WIN64
+  constexpr REGSAM kOther = KEY_WOW64_32KEY;
+#else
+  constexpr REGSAM kOther = KEY_WOW64_64KEY;
+#endif
+  const std::wstring key = std::wstring(kClassesKey) + L"CLSID\\" + id + L"\\InprocServer32";
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(root, key.c_str(), 0, KEY_READ | kOther, &opened) != ERROR_SUCCESS) return false;
+  RegCloseKey(opened);
+  return true;
+}
+
 void UnregisterIn(HKEY root) {
   for (const PublishedClass& published : Classes()) {
-    RemoveTree(root, L"CLSID\\" + Text(*published.id));
-    RemoveTree(root, std::wstring(kLibrary) + published.name);
+    const std::wstring id = Text(*published.id);
+    RemoveTree(root, L"CLSID\\" + id);
+    if (!OtherWidthHas(root, id)) RemoveTree(root, std::wstring(kLibrary) + published.name);
   }
   for (const wchar_t* const shared : {L"CLSID", L"Interface", L"TypeLib"}) {
     RemoveIfEmpty(root, shared);
@@ -99,12 +116,7 @@ void UnregisterIn(HKEY root) {
 
 template <class Body>
 HRESULT Result(Body&& body) noexcept {
-  try {
-    body();
-    return S_OK;
-  } catch (...) {
-    return ReportException("Registration");
-  }
+  return Guarded("Registration", std::forward<Body>(body));
 }
 
 }  // namespace

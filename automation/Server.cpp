@@ -61,14 +61,11 @@ class ClassFactory final : public IClassFactory {
   }
 
   HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** result) override {
-    if (result == nullptr) return E_POINTER;
+    constexpr std::string_view kSource = "ClassFactory";
+    if (result == nullptr) return Refuse(E_POINTER, kSource);
     *result = nullptr;
-    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    try {
-      return published_.create()->QueryInterface(id, result);
-    } catch (...) {
-      return ReportException("ClassFactory");
-    }
+    if (outer != nullptr) return Refuse(CLASS_E_NOAGGREGATION, kSource);
+    return Guarded(kSource, [&] { Require(published_.create()->QueryInterface(id, result)); });
   }
   HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
     lock ? LockModule() : UnlockModule();

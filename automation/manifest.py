@@ -1,11 +1,15 @@
 #!/usr/bin/env python3
-"""Writes the manifest for use without registration: the DLL as a side-by-side assembly, with the classes of the IDL.
+"""Writes the manifest for use without registration: the DLL as a side-by-side assembly, with the classes of the IDL,
+and its interfaces, whose calls between apartments go through the system's own marshaler by the type library.
 
 Usage: manifest.py IDL VERSION amd64|x86 OUTPUT
 """
 
 import re
 import sys
+
+TYPE_LIBRARY_MARSHALER = "{00020424-0000-0000-C000-000000000046}"
+IDISPATCH = "{00020400-0000-0000-C000-000000000046}"
 
 
 def main():
@@ -14,8 +18,9 @@ def main():
         text = file.read()
     library = re.search(r"uuid\(([-0-9a-f]+)\),\s*version\((\d+\.\d+)\)", text)
     classes = re.findall(r"\[uuid\(([-0-9a-f]+)\)\] coclass (\w+)", text)
-    if not library or not classes:
-        raise SystemExit(f"{idl}: no library, or no classes")
+    interfaces = re.findall(r"\[object,[^\]]*uuid\(([-0-9a-f]+)\)[^\]]*\]\s*interface (\w+)", text)
+    if not library or not classes or not interfaces:
+        raise SystemExit(f"{idl}: no library, no classes or no interfaces")
     lines = [
         '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>',
         '<assembly xmlns="urn:schemas-microsoft-com:asm.v1" manifestVersion="1.0">',
@@ -31,8 +36,14 @@ def main():
     lines += [
         f'    <typelib tlbid="{{{library[1].upper()}}}" version="{library[2]}" helpdir=""/>',
         "  </file>",
-        "</assembly>",
     ]
+    for identifier, name in interfaces:
+        lines.append(
+            f'  <comInterfaceExternalProxyStub name="{name}" iid="{{{identifier.upper()}}}"'
+            f' proxyStubClsid32="{TYPE_LIBRARY_MARSHALER}" baseInterface="{IDISPATCH}"'
+            f' tlbid="{{{library[1].upper()}}}"/>'
+        )
+    lines.append("</assembly>")
     with open(output, "w", encoding="utf-8", newline="\r\n") as file:
         file.write("\n".join(lines) + "\n")
 

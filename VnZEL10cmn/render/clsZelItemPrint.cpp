@@ -137,9 +137,8 @@ std::string clsZelItemPrint::ToStringCI(std::shared_ptr<IVnZelItem> Item, clsVnE
     }
     const auto* const cashItem = dynamic_cast<const clsZelItemCash*>(Item.get());
     if (cashItem == nullptr) {
-      const IVnZelItem& other = *Item;
       Fail(ZELErrorCodes::Err_Cmn_InvalidParam,
-           Compose("Der Typ \"", platform::ClassName(typeid(other)), "\" wird nicht unterstützt"), operation);
+           Compose("Der Typ \"", platform::ClassNameOf(*Item), "\" wird nicht unterstützt"), operation);
       return {};
     }
     return ItemLines(*cashItem);

@@ -120,6 +120,9 @@ case $test in
   early_bound)
     windows "$windows/tests/automation/early_bound_test.exe" "$(path "$folder/early_bound.log")"
     ;;
+  arrays)
+    windows "$windows/tests/automation/${test}_test.exe"
+    ;;
   scenario)
     windows "$windows/tests/automation/compare.exe" "$(path "$expected/answers.bin")" "$(path "$folder/found.txt")"
     cmp "$expected/expected.txt" "$folder/found.txt"
