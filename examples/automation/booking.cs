@@ -1,17 +1,17 @@
-// A booking from the sale to the signed receipt. Not run here: the tested example is booking.vbs.
-// Add a COM reference to "Basis-System mit ZEL-Objekten, Datenmodelle, Protokolle etc.".
+// A booking from the sale to the signed receipt, in C#: booking [RESPONSE]
+//
+// RESPONSE is a text file with what the device answered, in Base64. Without it the program ends with the request, which
+// is what the device gets. Add a COM reference to "Basis-System mit ZEL-Objekten, Datenmodelle, Protokolle etc.". The
+// program has to have the width of the registered DLL: set the platform to x86 or x64.
 
 using System;
+using System.IO;
 using VnZEL10cmn;
 
 static class BookingExample
 {
-    // What the device answers to a request, which is the host's own business.
-    static byte[] AskDevice(byte[] request) =>
-        throw new NotImplementedException("put the way to your device here");
-
     [STAThread]
-    static void Main()
+    static void Main(string[] arguments)
     {
         var booking = new clsZelTransAct
         {
@@ -27,11 +27,14 @@ static class BookingExample
         int length = 0;
         if (!booking.BinaryDataGet(ZELSerialType.Request, ref request, ref start, ref length))
             throw Failure(booking.ErrorObject);
+        Console.WriteLine("Request: " + booking.ZelRqstData);
+        if (arguments.Length == 0) return;
 
-        Array response = AskDevice((byte[])request);
+        Array response = Convert.FromBase64String(File.ReadAllText(arguments[0]));
         start = 0;
         if (!booking.BinaryDataSet(ZELSerialType.Response, ref response, ref start))
             throw Failure(booking.ErrorObject);
+        Console.WriteLine("Sequence number: " + booking.ZelRespSeqNr);
 
         Console.WriteLine(booking.ToString());
         string xml = "";

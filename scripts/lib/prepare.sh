@@ -21,6 +21,11 @@ windows_packages=(
 )
 wine_packages=(wine wine64 xvfb xauth)
 
+# What its tests need for 32 bits, and in other languages.
+wine32_packages=(debootstrap debian-archive-keyring)
+pascal_packages=(fp-compiler fpc-source)
+csharp_packages=(mono-mcs)
+
 # Options that build hands to cmake.
 cmake_options=()
 

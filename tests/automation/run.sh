@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# Usage: run.sh TEST WINDOWS_BUILD FOLDER REFERENCE
+# Usage: run.sh TEST WINDOWS_BUILD FOLDER EXPECTED
 #
-# Runs one of the automation server's tests under Wine. WINDOWS_BUILD is a build by the preset windows-x86_64, FOLDER
-# the place for Wine's files and the tests' own, REFERENCE the program that writes what has to be seen.
+# Runs one of the automation server's tests under Wine. WINDOWS_BUILD is a build by one of the windows presets, FOLDER
+# the place for Wine's files and the tests' own, EXPECTED the folder with what has to be seen, of which the tests take a
+# copy.
 
 set -euo pipefail
 
 test=$1
 windows=$2
 folder=$3
-reference=$4
+expected=$folder/expected
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 dll=$windows/automation/VnZEL10cmn.dll
-expected=$folder/expected
 
 export WINEPREFIX=$folder/wine WINEDEBUG=-all LC_ALL=C.UTF-8 TZ=UTC
 # Neither asks for a browser engine or .NET, which nothing here needs, nor makes menu entries.
@@ -30,9 +30,31 @@ for candidate in wine64 /usr/lib/wine/wine64 wine; do
 done
 [[ -n ${wine-} ]] || fail "Wine isn't there"
 
-# Runs a program of Windows with a virtual display, which COM needs for its windows.
+stop_wine() {
+  local wineserver
+  wineserver=$(command -v wineserver64 wineserver /usr/lib/wine/wineserver64 | head -n 1)
+  "$wineserver" -k || true
+}
+
+# The 32-bit system's processes end with each test: before that, what Wine's server holds has to be written.
+if [[ ${WINEARCH-} == win32 ]]; then
+  trap stop_wine EXIT
+fi
+
+# COM needs a display for its windows: a virtual one, for the whole test.
+if [[ -z ${VNZEL_DISPLAY-} ]]; then
+  VNZEL_DISPLAY=virtual exec xvfb-run -a "${BASH_SOURCE[0]}" "$@"
+fi
+
+# Runs a program of Windows.
 windows() {
-  xvfb-run -a "$wine" "$@" 2>"$folder/wine.log"
+  "$wine" "$@" 2>"$folder/wine.log"
+}
+
+# Wine's own processes start with the first program and end with the last. A program that waits for its input keeps them
+# until this script ends: starting them takes longer than most programs run.
+keep_wine() {
+  exec 8> >("$wine" cmd >/dev/null 2>&1)
 }
 
 # A path as programs of Windows write it.
@@ -70,12 +92,25 @@ script() {
   windows cscript //nologo "$(path "$1")" "${@:2}"
 }
 
+# Compiles a program beside this script for Windows.
+pascal() {
+  fpc @"$folder/pascal/fpc.cfg" "-FE$folder/booking" "${@:2}" "$here/$1" >"$folder/booking/compiler.log" 2>&1 ||
+    { cat "$folder/booking/compiler.log" >&2; fail "$1 isn't compiled"; }
+}
+
+case $test in
+  prefix | stop | pascal_units) ;;
+  *) keep_wine ;;
+esac
+
 case $test in
   prefix)
     rm -rf "$folder/wine"
     mkdir -p "$folder"
-    "$reference" "$expected"
+    rm -rf "$expected"
+    cp -r "$4" "$expected"
     windows wineboot -i >/dev/null
+    keep_wine
     # A new user has no classes of its own.
     windows reg add 'HKCU\Software\Classes' /f >/dev/null
     # German characters in numbers and dates.
@@ -84,8 +119,7 @@ case $test in
     done
     ;;
   stop)
-    wineserver=$(command -v wineserver64 wineserver /usr/lib/wine/wineserver64 | head -n 1)
-    "$wineserver" -k || true
+    stop_wine
     ;;
   registration)
     windows reg query 'HKCR\VnZEL10cmn.clsZelTransAct' >/dev/null 2>&1 && fail "registered before"
@@ -144,6 +178,34 @@ case $test in
     grep -q '^Sequence number: 1' "$folder/example.txt" || fail "no sequence number"
     grep -q 'Kassen-Belegausgabe' "$folder/example.txt" || fail "no receipt"
     grep -q '<transactionEncoded>' "$folder/example.txt" || fail "no document"
+    ;;
+  pascal_units)
+    "$here/pascal.sh" "$folder/pascal"
+    ;;
+  pascal)
+    # The unit for early binding is imported from the DLL, as Delphi does it.
+    rm -rf "$folder/booking"
+    mkdir -p "$folder/booking"
+    pascal import.pas
+    windows "$folder/booking/import.exe" "$(path "$dll")" "$(path "$folder/booking/VnZEL10cmn_TLB.pas")"
+    pascal ../../examples/automation/booking.pas "-Fu$folder/booking"
+    # Both ways of binding do what the example in VBScript does, with a sale and with a failure.
+    for response in booking report; do
+      failures=0
+      script "$here/../../examples/automation/booking.vbs" "$(path "$expected/$response.response")" \
+        >"$folder/booking/script.txt" || failures=$((failures + 1))
+      for binding in early late; do
+        windows "$folder/booking/booking.exe" "$binding" "$(path "$expected/$response.response")" \
+          >"$folder/booking/$binding.txt" || failures=$((failures + 1))
+        # One writes in the code page of consoles, the other in that of programs with windows.
+        diff <(iconv -f CP437 -t UTF-8 "$folder/booking/script.txt") \
+          <(iconv -f CP1252 -t UTF-8 "$folder/booking/$binding.txt")
+      done
+      case $response:$failures in
+        booking:0 | report:3) ;;
+        *) fail "$failures programs failed with the $response's response" ;;
+      esac
+    done
     ;;
   *) fail "there is no such test" ;;
 esac
