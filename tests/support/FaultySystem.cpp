@@ -2,9 +2,12 @@
 // counted from 1 over all of them. FAULTY_KIND says how: "before" it has done anything, "late" when it is done,
 // "short" when half of the bytes are written, which is no failure at all. FAULTY_ERROR is the error's number.
 // The name of the call is left in the file FAULTY_MARK. What goes to standard error always succeeds.
+//
+// Where FAULTY_THREADS is set, no more than so many threads can be made.
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -178,6 +181,15 @@ int unlink(const char* path) noexcept {
 int mknod(const char* path, mode_t mode, dev_t device) noexcept {
   return Call("mknod",
               [=] { return Next<int (*)(const char*, mode_t, dev_t)>("mknod")(path, mode, device); });
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                   void* argument) noexcept {
+  static std::atomic<long> threads{0};
+  const char* const most = std::getenv("FAULTY_THREADS");
+  if (most != nullptr && ++threads > std::atol(most)) return EAGAIN;
+  using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+  return Next<Create>("pthread_create")(thread, attributes, start, argument);
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {
