@@ -26,8 +26,11 @@ fs::path DocumentPath(const fs::path& sale) { return sale.stem().concat(".xml");
 
 /// Writing to the log is nobody's task here: without a log the sale is signed all the same.
 void AttachLog(clsZelTransAct& booking, const fs::path& path) {
+  // A pipe would wait until somebody reads it.
+  std::error_code unknown;
+  const bool isNew = !fs::exists(path, unknown);
   const auto log = std::make_shared<VnZEL10cmn::clsVnLogFile>();
-  if (!log->FileOpen(path.string())) {
+  if (!(isNew || fs::is_regular_file(path, unknown)) || !log->FileOpen(path.string())) {
     Say("warning: the log file " + Quoted(path) + " can't be opened; going on without it");
     return;
   }
@@ -157,7 +160,7 @@ void RunDay(const DayOptions& options) {
   const std::vector<fs::path> sales = SalesOf(options.sales);
   // Nothing is signed before all sales are read.
   for (const fs::path& sale : sales) {
-    const std::string json = ReadFile(sale);
+    const std::string json = ReadFile(sale, FileKind::Regular);
     About(sale, [&json] { ReadSale(json); });
   }
   const fs::path closingPath = options.out / "closing.xml";
@@ -177,7 +180,7 @@ void RunDay(const DayOptions& options) {
     for (const fs::path& file : sales) {
       clsZelTransAct booking;
       const auto request = About(file, [&file, &booking] {
-        FillBooking(ReadSale(ReadFile(file)), booking);
+        FillBooking(ReadSale(ReadFile(file, FileKind::Regular)), booking);
         return BuildRequest(booking);
       });
       documents.push_back(options.out / DocumentPath(file));

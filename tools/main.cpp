@@ -1,3 +1,9 @@
+#include <sys/resource.h>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <exception>
@@ -305,6 +311,17 @@ void AddSignData(CLI::App& app, zel::SignDataOptions& options) {
   command->callback([&options] { zel::RunSignData(options); });
 }
 
+/// A document's memory goes back to the system when the document is answered; and where the address space is limited,
+/// no thread keeps a part of it for itself.
+void ShareMemory() {
+#ifdef __GLIBC__
+  constexpr int kLarge = 1024 * 1024;
+  mallopt(M_MMAP_THRESHOLD, kLarge);
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY) mallopt(M_ARENA_MAX, 1);
+#endif
+}
+
 int Run(int argc, char** argv) {
   CLI::App app("Signs sales, closings and data with a software signing device, and shows and verifies them",
                "zel");
@@ -367,6 +384,7 @@ int main(int argc, char** argv) {
     // A file that may not grow is reported like a full disk.
     std::signal(SIGXFSZ, SIG_IGN);
     zel::GuardStandardStreams();
+    ShareMemory();
     return Run(argc, argv);
   } catch (const zel::Failure& failure) {
     zel::Say(failure.what());

@@ -4,10 +4,12 @@
 // The name of the call is left in the file FAULTY_MARK. What goes to standard error always succeeds.
 //
 // FAULTY_CLOCK is the time that the system's clock shows, in seconds since 1970. FAULTY_LOCKS is "idle" for locks
-// on files that are given to whoever asks and hold nobody off, or the number of the error that asking ends in.
+// on files that are given to whoever asks and hold nobody off, or the number of the error that asking ends in. Where
+// FAULTY_THREADS is set, no more than so many threads can be made.
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -254,6 +256,15 @@ std::time_t time(std::time_t* out) noexcept {
   clock_gettime(CLOCK_REALTIME, &now);
   if (out != nullptr) *out = now.tv_sec;
   return now.tv_sec;
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                   void* argument) noexcept {
+  static std::atomic<long> threads{0};
+  const char* const most = std::getenv("FAULTY_THREADS");
+  if (most != nullptr && ++threads > std::atol(most)) return EAGAIN;
+  using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+  return Next<Create>("pthread_create")(thread, attributes, start, argument);
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {

@@ -19,6 +19,19 @@
 /// Runs the real program and shows what a user sees of it.
 namespace test {
 
+/// Whether this build watches its own memory, or its threads, for which it takes memory itself.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool kIsInstrumented = true;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+inline constexpr bool kIsInstrumented = true;
+#else
+inline constexpr bool kIsInstrumented = false;
+#endif
+#else
+inline constexpr bool kIsInstrumented = false;
+#endif
+
 struct Outcome {
   int status = -1;  ///< 256 + signal when it was killed
   std::string out;
