@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <memory>
+#include <new>
 #include <utility>
 
 namespace VnZEL10cmn::internal {
@@ -34,13 +35,16 @@ class Lent {
   const std::shared_ptr<Object>& Get() const noexcept { return object_; }
 
  private:
-  /// What counts those who keep the pointer; nothing in release builds.
-  static std::shared_ptr<void> Token() {
-#ifdef NDEBUG
-    return nullptr;
-#else
-    return std::make_shared<char>();
+  /// What counts those who keep the pointer; nothing in release builds, and nothing where there is no memory for it.
+  static std::shared_ptr<void> Token() noexcept {
+#ifndef NDEBUG
+    try {
+      return std::make_shared<char>();
+    } catch (const std::bad_alloc&) {
+      // Then it isn't found out.
+    }
 #endif
+    return nullptr;
   }
 
   bool isOwned_;
