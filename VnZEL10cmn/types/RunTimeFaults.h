@@ -25,7 +25,9 @@ constexpr std::string_view RunTimeText(RunTimeNumber number) noexcept {
     case RunTimeNumber::Overflow: return "Überlauf";
     case RunTimeNumber::OutOfMemory: return "Nicht genügend Speicher";
     case RunTimeNumber::OutOfRange: return "Index außerhalb des gültigen Bereichs";
+    // GCOVR_EXCL_START: the automation server's, on Windows
     case RunTimeNumber::FixedArray: return "Dieses Datenfeld hat eine feste Größe oder ist zurzeit gesperrt.";
+    // GCOVR_EXCL_STOP
     case RunTimeNumber::TypeMismatch: return "Typen unverträglich";
     case RunTimeNumber::ObjectNotSet: return "Objektvariable oder With-Blockvariable nicht festgelegt";
     case RunTimeNumber::InvalidCall: break;

@@ -379,4 +379,58 @@ TEST(ItemsWithoutMemory, AreTheSameWithALog) {
   test::FailEachAllocationWithLog(test::Joined({Items(), Lists()}), {test::kOne, test::kAll});
 }
 
+/// An item of a host's own class.
+class HostItem : public clsZelItemCash {
+ public:
+  std::string InstanceID() override { return "an identity that takes memory of its own"; }
+};
+
+TEST(HostItemsWithoutMemory, AreAddedWholeOrNotAtAll) {
+  bool disturbed = true;
+  for (std::size_t first = 1; disturbed; ++first) {
+    clsZelItemList list;
+    const auto item = std::make_shared<HostItem>();
+    test::Allocations::Fail(first, test::kOne);
+    bool done = false;
+    {
+      const test::Allocations::Counted counted;
+      done = list.AddItem(item);
+    }
+    disturbed = test::Allocations::HaveFailed();
+    test::Allocations::Recover();
+    ASSERT_EQ(done, !disturbed) << first;
+    ASSERT_EQ(list.ItemCount(), done ? 1 : 0) << first;
+    ASSERT_EQ(list.AddItem(item), !done) << first;
+    ASSERT_EQ(list.ItemCount(), 1) << first;
+    ASSERT_TRUE(list.RemoveItem(item)) << first;
+    ASSERT_EQ(list.ItemCount(), 0) << first;
+  }
+}
+
+TEST(ListsWithoutMemory, KeepTheirGapsWhileSomeoneIterates) {
+  clsZelItemList list;
+  for (int i = 0; i < 60; ++i) {
+    ASSERT_TRUE(list.AddItem(std::make_shared<clsZelItemCash>()));
+  }
+  const auto last = list.ItemI(60);
+  auto place = list.begin();
+  ASSERT_TRUE(list.RemoveItem(nullptr, {}, 1));
+  test::Allocations::Fail(1, test::kAll);
+  {
+    const test::Allocations::Counted counted;
+    for (int i = 0; i < 40; ++i) {
+      ASSERT_TRUE(list.RemoveItem(nullptr, {}, 1));
+    }
+  }
+  EXPECT_TRUE(test::Allocations::HaveFailed());
+  test::Allocations::Recover();
+  EXPECT_EQ(list.ItemCount(), 19);
+  EXPECT_EQ(list.ItemI(19), last);
+  int visited = 0;
+  for (++place; place != list.end(); ++place) {
+    ++visited;
+  }
+  EXPECT_EQ(visited, 19);
+}
+
 }  // namespace

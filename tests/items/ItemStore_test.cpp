@@ -168,6 +168,18 @@ TEST(clsZelItemListRemoval, AnItemWhoseIDHasChangedIsFoundByItself) {
   EXPECT_EQ(list.ItemK("second"), second);
 }
 
+TEST(clsZelItemListRemoval, AnItemThatIsThereTwiceIsRemovedWhereItIsFirst) {
+  clsZelItemList list;
+  const auto twice = std::make_shared<HostItem>("first");
+  const auto other = std::make_shared<HostItem>("other");
+  ASSERT_TRUE(list.AddItem(twice));
+  ASSERT_TRUE(list.AddItem(other));
+  twice->Rename("second");
+  ASSERT_TRUE(list.AddItem(twice));
+  EXPECT_TRUE(list.RemoveItem(twice));
+  EXPECT_EQ(Items(list), (std::vector<Item>{other, twice}));
+}
+
 TEST(clsZelItemListRemoval, AnItemOutlivesTheListAndCanBeAddedToAnother) {
   const auto item = std::make_shared<clsZelItemCash>();
   {

@@ -289,7 +289,7 @@ std::size_t ItemStore::FindSlotOf(const Item& item) const {
     if (const auto* const id = CashItemAccess::Id(*cash)) {
       return FindCashItem(*id);
     }
-    const auto found = std::find(slots_.begin(), slots_.end(), item);  // GCOVR_EXCL_LINE: no random numbers
+    const auto found = std::find(slots_.begin(), slots_.end(), item);
     return found == slots_.end() ? kNowhere : static_cast<std::size_t>(found - slots_.begin());
   }
   // A host's item whose ID changes can be here more than once.
