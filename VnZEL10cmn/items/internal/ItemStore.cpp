@@ -245,7 +245,7 @@ bool ItemStore::IsNext(const std::array<std::uint8_t, 16>& id) const noexcept {
 void ItemStore::LookAhead(std::size_t slot) const noexcept {
   constexpr std::size_t far = 16;
   constexpr std::size_t cacheLine = 64;
-  if (slot + far < slots_.size()) {
+  if (slot + far < slots_.size() && slots_[slot + far]) {
     // Where the count of those who hold it and its type are, and where its ID is.
     const auto* const item = reinterpret_cast<const char*>(slots_[slot + far].get());
     platform::Prefetch(item);
